@@ -1,0 +1,55 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/clock.h"
+
+namespace vek {
+
+/// Thrown to end the program from anywhere: nothing more is sent, shown or written while it unwinds. Only a
+/// front end's dispatcher catches it.
+struct ProgramEnd {};
+
+enum class MessageIcon { None, Information, Stop };
+enum class MessageButtons { Ok, OkCancel };
+enum class MessageAnswer { Ok, Cancel };
+
+struct MessageBox {
+    std::string text;
+    std::string title;
+    MessageIcon icon = MessageIcon::None;
+    MessageButtons buttons = MessageButtons::Ok;
+};
+
+struct FileDialog {
+    enum class Purpose { Open, Save };
+
+    std::string title;
+    std::string fileName;     ///< proposed
+    std::string filterName;   ///< what the pattern stands for
+    std::string filePattern;  ///< such as "*.GPM"
+    Purpose purpose = Purpose::Open;
+};
+
+/// What the program asks of the desktop that it runs on. Both dialogs and processEvents() handle events, so
+/// they may call back into the program, and they throw ProgramEnd when the program was ended meanwhile.
+class Desktop {
+  public:
+    virtual ~Desktop() = default;
+
+    /// Shows the box and waits for the answer. Escape and the close box answer Cancel where there is such a
+    /// button.
+    virtual MessageAnswer messageBox(const MessageBox& box) = 0;
+
+    /// Full path of the file that the user chose, nothing when cancelled.
+    virtual std::optional<std::string> chooseFile(const FileDialog& dialog) = 0;
+
+    /// Handles the events that wait, without waiting for one.
+    virtual void processEvents() = 0;
+
+    /// A clock that never goes back.
+    virtual TimePoint now() const = 0;
+};
+
+}  // namespace vek

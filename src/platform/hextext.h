@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vek {
+
+/// Each byte as two upper-case hexadecimal digits, without separators.
+std::string hexText(std::string_view bytes);
+
+}  // namespace vek

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/profilefiles.h"
+
+namespace vek {
+
+/// Profile files on disk. Links are followed; pipes, devices and folders are refused without blocking. What
+/// the program does not read or write stays untouched, permissions included.
+class PosixProfileFiles final : public ProfileFiles {
+  public:
+    std::string read(const std::string& path, std::string_view section, std::string_view key,
+                     std::size_t maxBytes) override;
+    bool write(const std::string& path, const std::vector<ProfileEntry>& entries) override;
+};
+
+}  // namespace vek

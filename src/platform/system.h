@@ -1,0 +1,19 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "platform/folders.h"
+#include "platform/profilefiles.h"
+#include "platform/serialcontrol.h"
+
+namespace vek {
+
+/// The services of the system that the program is built for.
+std::unique_ptr<Folders> systemFolders();
+std::unique_ptr<ProfileFiles> systemProfileFiles();
+
+/// `dataFolder` (UTF-8) is where the user can name the devices behind port numbers.
+std::unique_ptr<SerialControl> systemSerialControl(const std::string& dataFolder);
+
+}  // namespace vek

@@ -1,0 +1,60 @@
+#include "platform/posix/posixfolders.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "platform/temporaryfolder.h"
+
+namespace vek {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(PosixFolders, PreferTheSharedFolderThenTheUsersChoiceThenHome) {
+    const TemporaryFolder root;
+    const std::string shared = root.file("shared");
+    const std::string xdg = root.file("xdg/data");
+    const std::string home = root.file("home");
+    const std::string file = root.file("file");
+    fs::create_directory(shared);
+    putBytes(file, "");
+    const struct {
+        FolderCandidates candidates;
+        FolderResult result;
+        std::string path;
+    } cases[] = {
+        {{shared, xdg, home}, FolderResult::Ok, shared},
+        {{shared + "//", "", ""}, FolderResult::Ok, shared},
+        {{root.file("absent"), xdg + "/", home}, FolderResult::Ok, xdg},
+        {{file, "relative", home + "/"}, FolderResult::Ok, home + "/.local/share"},
+        {{"", "", home}, FolderResult::Ok, home + "/.local/share"},
+        {{"", "", ""}, FolderResult::NotFound, ""},
+        {{"", "", "relative"}, FolderResult::NotFound, ""},
+        {{"", file, home}, FolderResult::Failed, ""},
+        {{"", file + "/x", home}, FolderResult::Failed, ""},
+    };
+    for (const auto& c : cases) {
+        const Folder folder = PosixFolders(c.candidates).commonAppData();
+        EXPECT_EQ(folder.result, c.result) << c.path;
+        EXPECT_EQ(folder.path, c.path);
+        EXPECT_TRUE(c.path.empty() || fs::is_directory(c.path)) << c.path;
+    }
+    struct stat state {};
+    ASSERT_EQ(::stat((home + "/.local").c_str(), &state), 0);
+    EXPECT_EQ(state.st_mode & 0777U, 0700U);
+}
+
+TEST(PosixFolders, EnvironmentNamesTheCandidates) {
+    const char* const oldHome = std::getenv("HOME");
+    const std::string kept = oldHome == nullptr ? "" : oldHome;
+    ::setenv("HOME", "/heim", 1);
+    EXPECT_EQ(systemFolderCandidates().home, "/heim");
+    ::unsetenv("HOME");
+    EXPECT_EQ(systemFolderCandidates().home.substr(0, 1), "/");  // the account's
+    if (oldHome != nullptr) {
+        ::setenv("HOME", kept.c_str(), 1);
+    }
+}
+
+}  // namespace
+}  // namespace vek

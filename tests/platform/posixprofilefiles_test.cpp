@@ -1,0 +1,142 @@
+#include "platform/posix/posixprofilefiles.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
+#include "platform/temporaryfolder.h"
+
+namespace vek {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::vector<ProfileEntry> port{{"RS485", "COM", "0"}, {"RS485", "BAUD", "0"}};
+constexpr const char* portText = "[RS485]\r\nCOM=0\r\nBAUD=0\r\n";
+
+class PosixProfileFilesTest : public testing::Test {
+  protected:
+    std::size_t entryCount() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.path()), {}));
+    }
+    static mode_t modeOf(const std::string& path) {
+        struct stat state {};
+        return ::stat(path.c_str(), &state) == 0 ? state.st_mode & mode_t{07777} : 0;
+    }
+
+    TemporaryFolder folder;
+    std::string path = folder.file("Einstellungen.ini");
+    PosixProfileFiles files;
+};
+
+/// Lets no file of this process grow beyond a size: a disk that is full.
+class FullDisk {
+  public:
+    explicit FullDisk(rlim_t size) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &oldLimit_);
+        const rlimit limit{size, oldLimit_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FullDisk() {
+        ::setrlimit(RLIMIT_FSIZE, &oldLimit_);
+        std::signal(SIGXFSZ, oldHandler_);
+    }
+    FullDisk(const FullDisk&) = delete;
+    FullDisk& operator=(const FullDisk&) = delete;
+
+  private:
+    rlimit oldLimit_{};
+    void (*oldHandler_)(int);
+};
+
+TEST_F(PosixProfileFilesTest, CreatesChangesAndReadsAFile) {
+    EXPECT_EQ(files.read(path, "RS485", "COM", 254), "");
+    EXPECT_TRUE(files.write(path, port));
+    EXPECT_EQ(bytesOf(path), portText);
+    EXPECT_TRUE(files.write(path, {{"RS485", "COM", " 3"}}));
+    EXPECT_EQ(bytesOf(path), "[RS485]\r\nCOM= 3\r\nBAUD=0\r\n");
+    EXPECT_EQ(files.read(path, "rs485", "com", 254), "3");
+    EXPECT_EQ(entryCount(), 1U);
+}
+
+TEST_F(PosixProfileFilesTest, KeepsPermissionsAndOwner) {
+    putBytes(path, "");
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    const bool given = ::chown(path.c_str(), 12345, 23456) == 0;
+    EXPECT_TRUE(files.write(path, port));
+    EXPECT_EQ(modeOf(path), 0640U);
+    if (given) {
+        struct stat state {};
+        ASSERT_EQ(::stat(path.c_str(), &state), 0);
+        EXPECT_EQ(state.st_uid, 12345U);
+        EXPECT_EQ(state.st_gid, 23456U);
+    }
+}
+
+TEST_F(PosixProfileFilesTest, NewFilesFollowTheMaskAndTheFolder) {
+    const mode_t mask = ::umask(027);
+    EXPECT_TRUE(files.write(path, port));
+    EXPECT_EQ(modeOf(path), 0640U);
+    ASSERT_EQ(::chmod(folder.path().c_str(), 02775), 0);
+    const std::string shared = folder.file("shared.ini");
+    EXPECT_TRUE(files.write(shared, port));
+    EXPECT_EQ(modeOf(shared), 0660U);
+    ::umask(mask);
+}
+
+TEST_F(PosixProfileFilesTest, FollowsLinksAndLeavesThem) {
+    fs::create_directory(folder.path() / "real");
+    const std::string target = folder.file("real/target.ini");
+    fs::create_symlink("real/hop.ini", path);
+    fs::create_symlink(target, folder.file("real/hop.ini"));
+    for (const char* state : {"dangling", "there"}) {
+        EXPECT_TRUE(files.write(path, port)) << state;
+        EXPECT_TRUE(fs::is_symlink(path)) << state;
+        EXPECT_FALSE(fs::is_symlink(target)) << state;
+        EXPECT_EQ(bytesOf(target), portText) << state;
+    }
+    const std::string loop = folder.file("loop.ini");
+    fs::create_symlink(loop, loop);
+    EXPECT_FALSE(files.write(loop, port));
+}
+
+TEST_F(PosixProfileFilesTest, RefusesWhatIsNoRegularFile) {
+    const std::string pipe = folder.file("pipe.ini");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    fs::create_directory(path);
+    for (const std::string& refused :
+         {pipe, path, path + "/", path + "/missing/x.ini", pipe + "/x.ini", std::string("/dev/null"),
+          std::string(), path + std::string("\0x", 2)}) {
+        EXPECT_FALSE(files.write(refused, port)) << refused;
+        EXPECT_EQ(files.read(refused, "RS485", "COM", 254), "") << refused;
+    }
+    EXPECT_EQ(entryCount(), 2U);
+    EXPECT_TRUE(fs::is_empty(path));
+}
+
+TEST_F(PosixProfileFilesTest, AFullDiskLeavesTheOldFileAndNoOther) {
+    putBytes(path, "[RS485]\r\nCOM=5\r\n");
+    {
+        const FullDisk disk(20);
+        EXPECT_FALSE(files.write(path, {{"RS485", "FRAME", ",e,8,1"}}));
+        EXPECT_FALSE(files.write(folder.file("new.ini"), port));
+    }
+    EXPECT_EQ(bytesOf(path), "[RS485]\r\nCOM=5\r\n");
+    EXPECT_EQ(entryCount(), 1U);
+}
+
+TEST_F(PosixProfileFilesTest, AReadOnlyFileIsNotReplaced) {
+    if (::geteuid() == 0) {
+        GTEST_SKIP() << "the administrator may write to any file";
+    }
+    putBytes(path, "[RS485]\n");
+    ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
+    EXPECT_FALSE(files.write(path, port));
+    EXPECT_EQ(bytesOf(path), "[RS485]\n");
+}
+
+}  // namespace
+}  // namespace vek

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/desktop.h"
+#include "platform/form.h"
+#include "program/windows.h"
+#include "support/fakeclock.h"
+
+namespace vek {
+
+/// A desktop without a screen: it writes down every message box and file dialog, and answers at once.
+class FakeDesktop final : public Desktop {
+  public:
+    explicit FakeDesktop(const FakeClock& clock) : clock_(clock) {}
+
+    // What the test prepares.
+
+    std::deque<MessageAnswer> answers;  ///< to the next boxes; Ok when there are none left
+    std::deque<std::optional<std::string>>
+        files;                           ///< chosen in the next file dialogs; nothing when none left
+    std::function<void()> onEvents;      ///< what the user does while events are processed
+    std::function<void()> onMessageBox;  ///< what happens while a box is open
+
+    // What the test looks at.
+
+    std::vector<std::string> boxes;  ///< "title|icon|buttons|text", see boxText()
+    std::vector<FileDialog> dialogs;
+    int eventRounds = 0;
+
+    /// The boxes since the last call.
+    std::vector<std::string> takeBoxes() { return std::exchange(boxes, {}); }
+
+    MessageAnswer messageBox(const MessageBox& box) override;
+    std::optional<std::string> chooseFile(const FileDialog& dialog) override;
+    void processEvents() override;
+    TimePoint now() const override { return clock_.now(); }
+
+  private:
+    const FakeClock& clock_;
+};
+
+/// A box as one text: "Fehler|stop|ok|Datei-Pfad nicht gefunden".
+std::string boxText(const MessageBox& box);
+
+/// Writes down the windows that come and go.
+class FakeFormHost final : public FormHost {
+  public:
+    std::vector<std::string> log;  ///< "+name" for a window shown, "-name" for one closed
+    std::vector<Form*> open;       ///< in the order of their opening
+
+    void shown(Form& form) override;
+    void closed(Form& form) override;
+};
+
+}  // namespace vek

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/desktop.h"
+#include "program/program.h"
+#include "support/fakeclock.h"
+#include "support/fakedesktop.h"
+#include "support/fakefolders.h"
+#include "support/fakeprofilefiles.h"
+#include "support/fakeserial.h"
+
+namespace vek {
+
+/// Stands for the main window: the program ends with it.
+class LastWindow final : public Form {
+  public:
+    explicit LastWindow(Program& program) : Form("lastWindow", Kind::Main), program_(program) {}
+    Box layout() override { return stretch(); }
+    void unload() override { throw ProgramEnd{}; }
+    void closeBoxPressed() override { program_.windows.close(*this); }
+
+  private:
+    Program& program_;
+};
+
+/// A program on stand-ins for everything that the platform gives it.
+struct TestProgram {
+    FakeClock clock;
+    FakeSerial serial{clock};
+    FakeDesktop desktop{clock};
+    FakeFormHost host;
+    FakeProfileFiles profileFiles;
+    FakeFolders folders;
+    Program program;
+
+    explicit TestProgram(const NumberLocale& locale = {})
+        : program({desktop, host, serial, profileFiles, folders, locale}) {}
+
+    /// COM3, 9600 baud, even parity, the device at address 3.
+    void configure() {
+        program.ComPort = 3;
+        program.BaudRate = 9600;
+        program.FrameFormat = ",e,8,1";
+        program.DeviceAddress = 3;
+    }
+
+    template <class FormClass>
+    FormClass& open() {
+        return program.windows.open(std::make_unique<FormClass>(program));
+    }
+
+    /// Runs what a front end would dispatch; whether it ended the program.
+    template <class Handler>
+    bool endsProgram(Handler handler) {
+        try {
+            handler();
+        } catch (const ProgramEnd&) {
+            return true;
+        }
+        return false;
+    }
+};
+
+}  // namespace vek
