@@ -1,0 +1,135 @@
+#include "devicemodel/descriptiontexts.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vek {
+namespace {
+
+struct Description {
+    std::uint16_t code;
+    std::string_view text;
+};
+
+constexpr auto descriptions = std::to_array<Description>({
+    {0, " "},
+    {1, "Isolationsfehler"},
+    {2, "Überlast"},
+    {3, "Übertemperatur"},
+    {4, "Ausfall Leitung 1"},
+    {5, "Ausfall Leitung 2"},
+    {6, "Isol. OP-Leuchte"},
+    {7, " "},
+    {8, "Ausfall Verteiler"},
+    {9, "Ausfall Sauerstoff"},
+    {10, "Ausfall Vakuum"},
+    {11, "Narkosegas"},
+    {12, "Druckluft 5 bar"},
+    {13, "Druckluft 10 bar"},
+    {14, "Ausfall Stickstoff"},
+    {15, "Ausfall CO2"},
+    {17, "Überlast ZSV"},
+    {18, "Umrichter ZSV"},
+    {19, "Störung ZSV"},
+    {20, "ZSV Notbetrieb"},
+    {21, "ZSV Probebetrieb"},
+    {22, "Ausfall Klima"},
+    {23, "Batt.Betrieb OP-L"},
+    {24, "Batt.Betrieb OP-S"},
+    {25, "Ausfall Ltg. AV"},
+    {26, "Ausfall Ltg. SV"},
+    {27, "Ausfall Ltg. ZSV"},
+    {28, "Isolation SV"},
+    {29, "Ausfall N-Leiter"},
+    {30, "Kurz. Verteiler"},
+    {35, "Standby-Funktion"},
+    {38, "Batt.Betrieb ZSV"},
+    {39, "Drehfeld links"},
+    {40, "Ausfall Ltg.BSV"},
+    {67, "Funktionstest bis:"},
+    {68, "Service bis:"},
+    {69, "ISO Fehlersuche"},
+    {70, "peak"},
+    {71, "Isolationsfehler Re"},
+    {72, "Strom"},
+    {73, "Unterstrom"},
+    {74, "Überstrom"},
+    {75, "Differenzstrom"},
+    {76, "Spannung"},
+    {77, "Unterspannung"},
+    {78, "Überspannung"},
+    {79, "Frequenz"},
+    {81, "Asymmetrie"},
+    {82, "Kapazität Ce"},
+    {83, "Temperatur"},
+    {84, "Überlast"},
+    {85, "Digitaleingang"},
+    {86, "Isolationsfehler Ze"},
+    {87, "Isolationsfehler LQF"},
+    {88, "Last"},
+    {89, "Total Hazard Current"},
+    {90, "Induktivität"},
+    {97, "Servicecode"},
+    {101, "Anschlussfehler Netz"},
+    {102, "Anschlussfehler Erde"},
+    {103, "Kurzschluss Wandler"},
+    {104, "Anschlussfehler Wandler"},
+    {105, "Kurzschluss Temp."},
+    {106, "Anschluss Temp."},
+    {107, "Störung K1"},
+    {108, "Störung K2"},
+    {111, "Ausfall Adresse"},
+    {113, "Ausfall K1/Q1"},
+    {114, "Ausfall K2/Q2"},
+    {115, "Gerätefehler"},
+    {116, "Handbetrieb"},
+    {117, "Drahtbruch K1 on"},
+    {118, "Drahtbruch K1 off"},
+    {119, "Drahtbruch K2 on"},
+    {120, "Drahtbruch K2 off"},
+    {121, "Störung K/Q1 on"},
+    {122, "Störung K/Q1 off"},
+    {123, "Störung K/Q2 on"},
+    {124, "Störung K/Q2 off"},
+    {125, "Ausfall K3"},
+    {126, "Störung Q1"},
+    {127, "Störung Q2"},
+    {128, "Kein Master"},
+    {129, "Gerätefehler"},
+    {131, "Störung RS485"},
+    {137, "Kurzschluss Q1"},
+    {138, "Kurzschluss Q2"},
+    {139, "Störung QX907"},
+    {140, "Störung PW7nn"},
+    {141, "Gleiche Adresse"},
+    {142, "Ungültige Adresse"},
+    {143, "Mehrere Master"},
+    {144, "kein Menüzugriff"},
+    {145, "Eigene Adresse"},
+    {201, "Leitung 1 Betrieb"},
+    {202, "Leitung 2 Betrieb"},
+    {203, "Schaltglied 1 ein"},
+    {204, "Schaltglied 2 ein"},
+    {206, "Automatik Betrieb"},
+    {207, "Handbetrieb"},
+    {210, "Leit.AB Betrieb"},
+    {211, "Leit.SV Betrieb"},
+    {212, "Leit.ZSV Betrieb"},
+    {213, "Kanal abgeschaltet"},
+    {214, "Rückschaltsperre aktiv"},
+    {215, "Drehfeld rechts"},
+    {216, "Schaltglied Pos.0"},
+    {217, "Leit.BSV Betrieb"},
+    {218, "Ein"},
+});
+
+static_assert(std::ranges::is_sorted(descriptions, {}, &Description::code), "searched by bisection");
+
+}  // namespace
+
+std::string_view descriptionText(std::uint16_t code) {
+    const auto* row = std::ranges::lower_bound(descriptions, code, {}, &Description::code);
+    return row == descriptions.end() || row->code != code ? "-" : row->text;
+}
+
+}  // namespace vek

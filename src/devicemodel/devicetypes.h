@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+namespace vek {
+
+/// The number of the model that reports this name, 1 to 10: both the article names that devices report and
+/// the short display names, compared exactly (case and blanks count). Any other text counts as type 1.
+std::uint8_t deviceTypeFromName(std::string_view name);
+
+}  // namespace vek
