@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "modbus/ModBusLink1.h"
+
+/// Modbus transactions with the device at DeviceAddress that tell the user what went wrong. The port must be
+/// open, except for ReadDeviceText. All of them may end the program (ProgramEnd): the user is asked after a
+/// time-out.
+namespace vek {
+
+/// Reads `count` registers. The data bytes of the reply (registers high byte first); for a reply with less
+/// than three data bytes, as of one register, its value as unsigned decimal text; "EXCEP_" with the exception
+/// code after an exception reply (code 2 without a message: not every device has every register);
+/// "CRC_TIMEOUT" after a failed transaction.
+Bytes MbReadRegisters(Program& program, std::uint16_t startRegister, std::uint16_t count);
+
+/// Writes registers; whether the device acknowledged. Registers 3016 and 3017 (baud rate and parity) always
+/// count as acknowledged: the device may answer with the new setting already.
+bool MbWriteRegisters(Program& program, std::uint16_t startRegister, std::uint8_t count,
+                      std::uint8_t byteCount, std::string_view data);
+
+/// Reads ten registers as text, with the port opened and closed around it: the text up to the first NUL, or a
+/// token as of MbReadRegisters. The bytes are those of the device.
+Bytes ReadDeviceText(Program& program, std::uint16_t startRegister);
+
+/// Whether a result of MbReadRegisters is a token instead of data.
+bool isToken(std::string_view result);
+
+/// Reads `count` registers: exactly 2 * count bytes, high byte first. Nothing after any failure, or when the
+/// reply carries another number of bytes; the user has been told as by MbReadRegisters.
+std::optional<Bytes> readData(Program& program, std::uint16_t startRegister, std::uint16_t count);
+
+/// The value of one register; nothing as with readData.
+std::optional<std::uint16_t> readRegister(Program& program, std::uint16_t number);
+
+/// Closes all windows, which ends the program.
+void UnloadAllWindows(Program& program);
+
+}  // namespace vek

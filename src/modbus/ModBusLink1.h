@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "modbus/modbusframe.h"
+#include "program/program.h"
+
+/// The serial port as Modbus uses it, and single Modbus RTU transactions without messages to the user.
+namespace vek {
+
+/// Opens the port ComPort with BaudRate and FrameFormat. When that fails, or the port is open already, a
+/// message; the caller is not told, its transactions then find no reply.
+void OpenPort(Program& program);
+
+/// Closes the port; does nothing on a closed one.
+void ClosePort(Program& program);
+
+/// Baud rate as it goes into the settings string: one of the eight rates, "9600" for any other number.
+std::string baudText(std::int32_t baudRate);
+
+/// Tries to open port n (1 to 16) and closes it again; says why it cannot be opened.
+PortError probePort(Program& program, int n);
+
+/// Whether port n can be opened at the moment.
+bool PortExists(Program& program, int n);
+
+/// One read transaction (function 03). The whole reply frame, "CRC_TIMEOUT", or "EXCEP_" with the exception
+/// code.
+Bytes SendReadRequest(Program& program, std::uint8_t slave, std::uint16_t startRegister, std::uint16_t count);
+
+/// One write transaction (function 16), with the same results.
+Bytes SendWriteRequest(Program& program, std::uint8_t slave, std::uint16_t startRegister, std::uint8_t count,
+                       std::uint8_t byteCount, std::string_view data);
+
+/// DeviceAddress = the leading number of the text; 0 when that is no byte.
+void SetDeviceAddress(Program& program, std::string_view text);
+
+}  // namespace vek

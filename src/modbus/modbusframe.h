@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/serialcontrol.h"
+
+/// Modbus RTU frames as bytes, without a port: requests of the functions 03 and 16, checks of replies, and
+/// the byte conversions of register data. Layouts and CRC are those of the Modbus over Serial Line protocol.
+namespace vek {
+
+inline constexpr std::uint8_t functionReadHoldingRegisters = 3;
+inline constexpr std::uint8_t functionWriteMultipleRegisters = 16;
+
+/// Result of a transaction without a valid reply.
+inline constexpr const char* crcTimeout = "CRC_TIMEOUT";
+
+/// Begin of the result of a transaction that the device refused; the exception code follows in decimal.
+inline constexpr const char* exceptionPrefix = "EXCEP_";
+
+/// Length of a complete exception reply: address, function + 128, exception code, CRC.
+inline constexpr std::size_t exceptionReplyLength = 5;
+
+/// Request to read `count` holding registers, CRC included: 8 bytes.
+Bytes readRequest(std::uint8_t slave, std::uint16_t startRegister, std::uint16_t count);
+
+/// Length of the reply to a read of `count` registers.
+std::size_t readReplyLength(std::uint16_t count);
+
+/// Request to write `count` registers, CRC included: 9 + data.size() bytes.
+Bytes writeRequest(std::uint8_t slave, std::uint16_t startRegister, std::uint8_t count,
+                   std::uint8_t byteCount, std::string_view data);
+
+/// Length of the reply to a write.
+inline constexpr std::size_t writeReplyLength = 8;
+
+/// The two CRC bytes of the frame, low byte first: CRC-16 with start value FFFF and polynomial A001
+/// (reflected).
+Bytes ComputeCrc(std::string_view frame);
+
+/// Whether the last two bytes are the CRC of those before; false below 3 bytes.
+bool CheckCrc(std::string_view reply);
+
+/// Whether a reply with a right CRC refuses the request: shorter than 5 bytes, or with functionCode + 128.
+bool IsExceptionReply(std::string_view reply, std::uint8_t functionCode);
+
+/// "EXCEP_" with the third byte of the reply (which has 3 bytes or more) in decimal.
+std::string ExceptionToken(std::string_view reply);
+
+/// Whether these bytes are a complete exception reply of this slave to this function: nothing more is to
+/// come.
+bool isCompleteExceptionReply(std::string_view reply, std::uint8_t slave, std::uint8_t functionCode);
+
+/// Each byte as two upper-case hexadecimal digits, without separators.
+std::string ToHexText(std::string_view bytes);
+
+/// High byte, then low byte.
+Bytes WordToBytes(std::uint16_t value);
+
+/// The first four bytes as an IEEE 754 single, most significant byte first; missing bytes count as 0.
+float BytesToSingle(std::string_view bytes);
+
+}  // namespace vek

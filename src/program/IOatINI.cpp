@@ -1,0 +1,58 @@
+#include "program/IOatINI.h"
+
+#include <algorithm>
+
+namespace vek {
+
+namespace {
+
+constexpr std::size_t maximumValueLength = 254;
+
+}  // namespace
+
+std::string GetCommonAppDataFolder(Program& program) {
+    const Folder folder = program.folders.commonAppData();
+    switch (folder.result) {
+        case FolderResult::Ok:
+            return folder.path;
+        case FolderResult::InvalidArgument:
+            showError(program, "Ungültiges Verzeichnis");
+            return "";
+        case FolderResult::NotFound:
+            showError(program, "Datei-Pfad nicht gefunden");
+            return "";
+        case FolderResult::Failed:
+            return "";
+    }
+    return "";
+}
+
+std::string settingsFilePath(Program& program) {
+    return GetCommonAppDataFolder(program) + program.folders.separator() + "vekXX731_Monitor.ini";
+}
+
+std::string GetProfileValue(Program& program, std::string_view key, std::string_view section) {
+    if (program.ProfilePath.empty()) {
+        program.ProfilePath = program.DeviceName + ".GPM";
+    }
+    if (key.empty()) {
+        return "";
+    }
+    std::string value = program.profileFiles.read(program.ProfilePath, section, key, maximumValueLength);
+    std::erase(value, '\0');
+    return value;
+}
+
+void SetProfileValue(Program& program, std::string_view key, std::string_view value,
+                     std::string_view section) {
+    if (program.ProfilePath.empty()) {
+        showError(program, "Keine gültige Parameter-Datei vorhanden");
+        return;
+    }
+    if (!key.empty()) {
+        program.profileFiles.write(program.ProfilePath,
+                                   {{std::string(section), std::string(key), std::string(value)}});
+    }
+}
+
+}  // namespace vek

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "program/program.h"
+
+namespace vek {
+
+/// The all-users application data folder without a trailing separator. When the system does not give it, ""
+/// (after a message where the cause is known).
+std::string GetCommonAppDataFolder(Program& program);
+
+/// Full path of the settings file in that folder (in the root folder when there is none).
+std::string settingsFilePath(Program& program);
+
+/// Value of the key in the section of the file at ProfilePath: at most 254 characters, without NUL
+/// characters; "" when key, section or file is missing. An empty ProfilePath first becomes DeviceName with
+/// ".GPM".
+std::string GetProfileValue(Program& program, std::string_view key, std::string_view section);
+
+/// Writes key=value into the section of the file at ProfilePath. Without a ProfilePath: a message and nothing
+/// is written. An empty key writes nothing. A file that cannot be written stays as it is.
+void SetProfileValue(Program& program, std::string_view key, std::string_view value,
+                     std::string_view section);
+
+}  // namespace vek

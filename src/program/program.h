@@ -1,0 +1,107 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "platform/desktop.h"
+#include "platform/folders.h"
+#include "platform/logstore.h"
+#include "platform/numberlocale.h"
+#include "platform/profilefiles.h"
+#include "platform/property.h"
+#include "platform/serialcontrol.h"
+#include "program/windows.h"
+
+namespace vek {
+
+/// FrameFormat that selects the KDL protocol: 7 data bits, even parity, 1 stop bit.
+inline constexpr const char* kdlFrameFormat = ",e,7,1";
+
+/// KdlAddressPrefix while no KDL device is chosen.
+inline constexpr const char* blankKdlPrefix = "     ";
+
+/// What other windows show in or take from the main window.
+struct Shell {
+    Property<std::string> caption;       ///< of the main window
+    Property<std::string> portPanel;     ///< status bar panel 1: the port settings
+    Property<std::string> addressPanel;  ///< status bar panel 2: the device address
+
+    /// False while a dialog, monitor, tool or editor is open: the tool bar is hidden, the menus are disabled.
+    Property<bool> commandsAvailable{true};
+};
+
+/// What the platform gives to the program. All of it outlives the Program.
+struct Platform {
+    Desktop& desktop;
+    FormHost& formHost;
+    SerialControl& serial;
+    ProfileFiles& profileFiles;
+    Folders& folders;
+    NumberLocale locale;
+};
+
+/// The program's shared variables, its open windows and the platform it runs on: one object, made at the
+/// start.
+struct Program {
+    explicit Program(const Platform& platform)
+        : desktop(platform.desktop),
+          RS485(platform.serial),
+          profileFiles(platform.profileFiles),
+          folders(platform.folders),
+          locale(platform.locale),
+          windows(platform.formHost) {}
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    std::int16_t ComPort = 0;        ///< 1 to 16; 0 = not configured
+    std::int32_t BaudRate = 0;       ///< 1200 to 115200; 0 = not configured
+    std::string FrameFormat;         ///< ",n,8,1", ",e,8,1", ",o,8,1": Modbus RTU; ",e,7,1": KDL
+    std::uint8_t DeviceAddress = 0;  ///< 0 = no device chosen
+    std::string KdlAddressPrefix = blankKdlPrefix;  ///< ":;" and three digits, or five blanks
+    std::string DeviceName;       ///< as the device last found named itself, Windows-1252 shown as UTF-8
+    std::uint8_t DeviceType = 0;  ///< 1 to 10; 0 before the first search
+    std::string ProfilePath;      ///< file that GetProfileValue and SetProfileValue act on
+    bool MonitorRunning = false;  ///< true while a monitor polls; set false to end the poll
+    bool DelayElapsed = false;    ///< set by the tick of Timer1
+    bool TimeOutElapsed = false;  ///< set by the tick of TimeOut
+    bool lineInUse = false;       ///< see LineUse
+
+    Desktop& desktop;
+    SerialControl& RS485;
+    ProfileFiles& profileFiles;
+    Folders& folders;
+    const NumberLocale locale;
+    LogStore terminalLog;
+    Shell shell;
+    Windows windows;  ///< last, so that the windows go before what they use
+
+    bool kdlActive() const { return FrameFormat == kdlFrameFormat; }
+};
+
+/// The right to use the line, held for one user operation. Whoever does not get it does nothing: another
+/// operation is under way and has let a click through.
+class LineUse {
+  public:
+    explicit LineUse(Program& program)
+        : program_(program), granted_(!std::exchange(program.lineInUse, true)) {}
+    LineUse(const LineUse&) = delete;
+    LineUse& operator=(const LineUse&) = delete;
+    ~LineUse() {
+        if (granted_) {
+            program_.lineInUse = false;
+        }
+    }
+
+    explicit operator bool() const { return granted_; }
+
+  private:
+    Program& program_;
+    const bool granted_;
+};
+
+/// The message boxes of the program: title, icon and an OK button.
+void showError(Program& program, const std::string& text, const std::string& title = "Fehler");
+void showNote(Program& program, const std::string& text, const std::string& title = "Hinweis");
+
+}  // namespace vek
