@@ -1,0 +1,199 @@
+#include "app/ModBusLink.h"
+
+#include <algorithm>
+#include <array>
+
+#include "app/portstatus.h"
+#include "modbus/ModBusLink1.h"
+#include "program/IOatINI.h"
+
+namespace vek {
+
+namespace {
+
+struct BaudRow {
+    const char* caption;
+    std::int32_t rate;
+};
+
+/// The last row is the protocol choice.
+constexpr std::array<BaudRow, 9> baudRows = {{
+    {"1200 Baud ", 1200},
+    {"2400 Baud", 2400},
+    {"4800 Baud", 4800},
+    {"9600 Baud", 9600},
+    {"19200 Baud", 19200},
+    {"38400 Baud", 38400},
+    {"57600 Baud", 57600},
+    {"115200 Baud", 115200},
+    {"KDL-Protokoll", 9600},
+}};
+constexpr std::size_t kdlRow = 8;
+constexpr std::size_t defaultRow = 3;
+constexpr std::int32_t defaultBaudRate = 9600;
+
+struct FrameRow {
+    OptionButton ModBusLink::*option;
+    const char* frameFormat;
+};
+
+constexpr std::array<FrameRow, 3> frameRows = {{
+    {&ModBusLink::opt8e1, ",e,8,1"},
+    {&ModBusLink::opt8n1, ",n,8,1"},
+    {&ModBusLink::opt8o1, ",o,8,1"},
+}};
+
+/// Why a port is not offered, in the words of its tool tip; "" for one that is.
+std::string reasonText(PortError error, const PortInfo& port) {
+    switch (error) {
+        case PortError::None:
+            return "";
+        case PortError::NotThere:
+            return "nicht vorhanden";
+        case PortError::InUse:
+            return "von einem anderen Programm belegt";
+        case PortError::NotPermitted:
+            return port.group.empty()
+                       ? "keine Berechtigung"
+                       : "keine Berechtigung (nur für Mitglieder der Gruppe " + port.group + ")";
+        case PortError::SettingsRefused:
+            return "nimmt die Einstellungen nicht an";
+        case PortError::Failed:
+            return "lässt sich nicht öffnen";
+    }
+    return "";
+}
+
+std::string portToolTip(PortError error, const PortInfo& port) {
+    const std::string reason = reasonText(error, port);
+    return reason.empty() ? port.devicePath : port.devicePath + ": " + reason;
+}
+
+/// A number as it stands in the settings file: with a blank in place of a sign.
+std::string signedText(std::int32_t value) {
+    return (value < 0 ? "" : " ") + std::to_string(value);
+}
+
+}  // namespace
+
+ModBusLink::ModBusLink(Program& program) : ChildForm(program, "ModBusLink") {
+    caption = "Protocol - Inteface Settings";
+    Port.toolTip =
+        "Auswahl der seriellen Schnittstelle.Es werden nur die Verfügbaren Schnittstellen angezeigt.";
+    Baud.toolTip = "Protokoll / Baudrate des Gerätes auswählen";
+    FrameOptions.toolTip = "Parität auswählen";
+    btnOk.toolTip = "Schnittstelle-Parameter übernehmen";
+    Label2.style = TextStyle::Bold;
+    for (std::size_t index = 0; index < portCount; ++index) {
+        optCom[index].caption = "COM" + std::to_string(index + 1);
+    }
+    for (std::size_t index = 0; index < baudRows.size(); ++index) {
+        optBaud[index].caption = baudRows.at(index).caption;
+    }
+    btnOk.click = [this] { takeSettings(); };
+}
+
+void ModBusLink::load() {
+    ChildForm::load();
+    offerPorts();
+    showSettings();
+}
+
+void ModBusLink::offerPorts() {
+    for (int n = 1; n <= portCount; ++n) {
+        const PortError error = probePort(program_, n);
+        OptionButton& option = optCom[static_cast<std::size_t>(n - 1)];
+        option.enabled = error == PortError::None;
+        option.toolTip = portToolTip(error, program_.RS485.portInfo(n));
+    }
+}
+
+void ModBusLink::showSettings() {
+    if (program_.ComPort >= 1 && program_.ComPort <= portCount) {
+        optCom[static_cast<std::size_t>(program_.ComPort - 1)].value = true;
+    }
+    const auto* const found = std::find_if(baudRows.begin(), baudRows.end(),
+                                           [&](const BaudRow& row) { return row.rate == program_.BaudRate; });
+    const auto row = static_cast<std::size_t>(found - baudRows.begin());
+    optBaud[found == baudRows.end() ? defaultRow : row].value = true;
+    opt8e1.value = true;
+    for (const FrameRow& frame : frameRows) {
+        if (program_.FrameFormat == frame.frameFormat) {
+            (this->*frame.option).value = true;
+        }
+    }
+    if (program_.kdlActive()) {
+        optBaud[kdlRow].value = true;
+    }
+}
+
+void ModBusLink::takeSettings() {
+    takePort();
+    takeBaudRate();
+    program_.FrameFormat = chosenFrameFormat();
+    program_.shell.portPanel = portStatusText(program_);
+    storeSettings();
+    close();
+}
+
+void ModBusLink::takePort() {
+    program_.ComPort = 0;
+    for (std::size_t index = 0; index < portCount; ++index) {
+        if (optCom[index].value) {
+            program_.ComPort = static_cast<std::int16_t>(index + 1);
+            return;
+        }
+    }
+    showError(program_, "Ausgewählte Schnittstelle ist nicht vorhanden");
+}
+
+void ModBusLink::takeBaudRate() {
+    program_.BaudRate = defaultBaudRate;
+    for (std::size_t index = 0; index < baudRows.size(); ++index) {
+        if (optBaud[index].value) {
+            program_.BaudRate = baudRows.at(index).rate;
+            return;
+        }
+    }
+    showError(program_, "Baudrate nicht einstellbar. Default = 9600");
+}
+
+std::string ModBusLink::chosenFrameFormat() const {
+    if (optBaud[kdlRow].value) {
+        return kdlFrameFormat;
+    }
+    for (const FrameRow& frame : frameRows) {
+        if ((this->*frame.option).value) {
+            return frame.frameFormat;
+        }
+    }
+    return ",e,8,1";
+}
+
+void ModBusLink::storeSettings() {
+    SetProfileValue(program_, "COM", signedText(program_.ComPort), "RS485");
+    SetProfileValue(program_, "BAUD", signedText(program_.BaudRate), "RS485");
+    SetProfileValue(program_, "FRAME", program_.FrameFormat, "RS485");
+}
+
+Box ModBusLink::layout() {
+    std::vector<Box> firstPorts;
+    std::vector<Box> otherPorts;
+    for (std::size_t index = 0; index < portCount; ++index) {
+        (index < portCount / 2 ? firstPorts : otherPorts).emplace_back(optCom[index]);
+    }
+    std::vector<Box> rates = {Label1};
+    for (std::size_t index = 0; index < kdlRow; ++index) {
+        rates.emplace_back(optBaud[index]);
+    }
+    rates.push_back(gap());
+    rates.emplace_back(optBaud[kdlRow]);
+    rates.push_back(stretch());
+    return column({Label2,
+                   row({framed(Port, row({column(std::move(firstPorts)), column(std::move(otherPorts))})),
+                        framed(Baud, column(std::move(rates))),
+                        framed(FrameOptions, column({opt8n1, opt8o1, opt8e1, stretch()}))}),
+                   row({stretch(), btnOk})});
+}
+
+}  // namespace vek

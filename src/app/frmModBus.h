@@ -1,0 +1,89 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "app/frmModBusTerminal.h"
+#include "platform/form.h"
+#include "program/program.h"
+
+namespace vek {
+
+/// The main window: the frame of all other windows, with the commands that open them.
+class frmModBus : public Form {
+  public:
+    explicit frmModBus(Program& program);
+
+    MenuItem mnuStart{"mnuStart", "Start", 'S'};
+    MenuItem mnuDevice{"mnuDevice", "Geräte", 'G'};
+    MenuItem mnuMonitor{"mnuMonitor", "Monitor", 'M'};
+    MenuItem mnuParameter{"mnuParameter", "Parameter", 'P'};
+    MenuItem mnuDebug{"mnuDebug", "Debug", 'D'};
+    MenuItem mnuMessReg{"mnuMessReg", "Messwert-Register", 'M'};
+    MenuItem mnuParaReg{"mnuParaReg", "Parameter-Register", 'P'};
+    MenuItem trenn1{"trenn1", "-"};
+    MenuItem mnuBeenden{"mnuBeenden", "Beenden", 'B'};
+    MenuItem mnuEinstellungen{"mnuEinstellungen", "Einstellungen", 'E'};
+    MenuItem mnuSchnittstelle{"mnuSchnittstelle", "Schnittstelle", 'S'};
+    MenuItem mnuGeräteadresse{"mnuGeräteadresse", "Geräteadresse", 'G'};
+    MenuItem mnuTerminal{"mnuTerminal", "Terminalfenster", 'T'};
+    MenuItem mnuInfo{"mnuInfo", "Info", 'I'};
+
+    ToolBar Toolbar1{"Toolbar1"};
+    StatusBar sbStatusBar{"sbStatusBar"};
+    Label sbStatusBar_1{"sbStatusBar_1"};
+    Label sbStatusBar_2{"sbStatusBar_2"};
+
+    Timer Timer1{"Timer1"};
+    Timer Timer2{"Timer2"};
+    Timer TimeOut{"TimeOut"};
+
+    Box layout() override { return stretch(); }
+    void load() override;
+    void unload() override;
+    void closeBoxPressed() override;
+    std::vector<MenuItem*> menu() override { return {&mnuStart, &mnuEinstellungen, &mnuInfo}; }
+    ToolBar* toolBar() override { return &Toolbar1; }
+    StatusBar* statusBar() override { return &sbStatusBar; }
+    std::vector<Timer*> timers() override { return {&Timer1, &Timer2, &TimeOut}; }
+
+  private:
+    void buildMenu();
+    void buildToolBar();
+    void connectCommands();
+    void followShell();
+    void readSettings();
+
+    void openMonitor();
+    void openParameter();
+    void openMeasurementRegisters();
+    void openParameterRegisters();
+    void toggleTerminal();
+    void endProgram();
+    bool deviceChosen();
+    bool modbusDeviceChosen();
+
+    void dockTerminal();
+
+    Program& program_;
+    frmModBusTerminal* terminal_ = nullptr;
+    int lastLeft_ = 0;
+    int lastTop_ = 0;
+
+    ToolButton tbMonitor_{"DEV_MONITOR", "Geräte - Monitor"};
+    ToolButton tbParameter_{"DEV_PARA", "Geräte - Parameter"};
+    ToolButton tbSeparator1_{"", "", ToolButton::Kind::Separator};
+    ToolButton tbMessReg_{"DEBUG_VALUE", "Debug - Messwerte"};
+    ToolButton tbParaReg_{"DEBUG_PARA", "Debug - Parameter"};
+    ToolButton tbSeparator2_{"", "", ToolButton::Kind::Separator};
+    ToolButton tbInterface_{"INTERFACE", "Schnittstelle"};
+    ToolButton tbAddress_{"DEV_ADR", "Geräte - Adresse"};
+    ToolButton tbTerminal_{"TERMINAL", "Terminalfenster", ToolButton::Kind::Check};
+    ToolButton tbSeparator3_{"", "", ToolButton::Kind::Separator};
+    ToolButton tbInfo_{"INFO", "Info"};
+    ToolButton tbExit_{"MODBUS_EXIT", "Beenden"};
+
+    std::vector<Subscription> bindings_;
+};
+
+}  // namespace vek

@@ -1,0 +1,143 @@
+#include "monitor/modbuspoll.h"
+
+#include <charconv>
+
+#include "devicemodel/descriptiontexts.h"
+#include "devicemodel/measurementchannel.h"
+#include "devicemodel/monitorrendering.h"
+#include "modbus/ModBus.h"
+#include "platform/textcodec.h"
+
+namespace vek {
+
+namespace {
+
+constexpr std::uint8_t lowestAddress = 3;
+constexpr std::uint8_t highestAddress = 90;
+
+void showValue(MonitorView& view, int slot, const std::optional<Bytes>& data) {
+    if (data) {
+        view.channelRow(slot).lblMesswert.caption = view.valueText(slot, BytesToSingle(*data));
+    } else {
+        view.channelRow(slot).lblMesswert.caption = std::string(noValueText);
+        view.valueMissing(slot);
+    }
+}
+
+void showRange(MonitorView& view, int slot, RangeState state) {
+    const ChannelRow row = view.channelRow(slot);
+    row.lblRange.caption = std::string(rangeCaption(state));
+    if (state == RangeState::invalid) {
+        row.lblMesswert.caption = std::string(noValueText);
+        view.valueMissing(slot);
+    }
+}
+
+void showStatus(MonitorView& view, int slot, std::uint16_t statusWord) {
+    const ChannelRow row = view.channelRow(slot);
+    const MeasurementChannel channel{.statusWord = statusWord};
+    const TestColors tests = testColors(channel.testState());
+    view.internalTest().fillColor = tests.internal;
+    view.externalTest().fillColor = tests.external;
+    if (const auto color = alarmColor(channel.alarmState())) {
+        row.LED.fillColor = *color;
+    }
+    showRange(view, slot, channel.rangeState());
+    row.lblEinheit.caption = std::string(monitorText(channel.unitCode()));
+}
+
+/// Without its status a value may be out of range or in alarm, so it is not shown either.
+void showMissingStatus(MonitorView& view, int slot) {
+    const ChannelRow row = view.channelRow(slot);
+    row.LED.fillColor = colors::grey;
+    showRange(view, slot, RangeState::invalid);
+    row.lblEinheit.caption = std::string();
+}
+
+/// A single register for a label: `format` of its value, or what went wrong.
+template <class Format>
+std::string identificationText(const Bytes& result, Format format) {
+    if (result == crcTimeout) {
+        return result;
+    }
+    std::uint16_t value = 0;
+    const auto parsed = std::from_chars(result.data(), result.data() + result.size(), value);
+    const bool whole = parsed.ec == std::errc() && parsed.ptr == result.data() + result.size();
+    return whole ? format(value) : std::string(noValueText);
+}
+
+std::string versionLabel(std::uint16_t hundredths) {
+    const std::string decimals = std::to_string(hundredths % 100);
+    return "V" + std::to_string(hundredths / 100) + "." + (decimals.size() < 2 ? "0" : "") + decimals;
+}
+
+std::string decimalText(std::uint16_t value) {
+    return std::to_string(value);
+}
+
+/// Day, month and year stand in three registers; one that is missing makes the whole date worthless.
+std::string readSoftwareDate(Program& program) {
+    const std::string year = identificationText(MbReadRegisters(program, 9822, 1), decimalText);
+    const std::string month = identificationText(MbReadRegisters(program, 9823, 1), decimalText);
+    const std::string day = identificationText(MbReadRegisters(program, 9824, 1), decimalText);
+    for (const std::string& part : {year, month, day}) {
+        if (part == crcTimeout || part == noValueText) {
+            return part;
+        }
+    }
+    return day + "." + month + "." + year;
+}
+
+void showIdentification(Program& program, MonitorView& view) {
+    const DeviceLabels labels = view.deviceLabels();
+    labels.lblDevName.caption = withoutControls(program.DeviceName);
+    labels.lblSwRegNr.caption = identificationText(
+        MbReadRegisters(program, 9820, 1), [](std::uint16_t value) { return decimalText(value) + "D"; });
+    labels.lblSwVer.caption = identificationText(MbReadRegisters(program, 9821, 1), versionLabel);
+    labels.lblSwDate.caption = readSoftwareDate(program);
+    labels.lblSwMb.caption = identificationText(MbReadRegisters(program, 9825, 1), versionLabel);
+}
+
+/// One cycle; false when the window was closed meanwhile.
+bool pollChannels(Program& program, MonitorView& view) {
+    for (int slot = 0; slot < polledChannels; ++slot) {
+        ReadMeasurementChannel(program, view, static_cast<std::uint16_t>(channelStartRegister(slot)), slot);
+        program.desktop.processEvents();
+        if (!view.isShown()) {
+            return false;
+        }
+    }
+    view.cycleDone();
+    return true;
+}
+
+}  // namespace
+
+void ReadMeasurementChannel(Program& program, MonitorView& view, std::uint16_t startRegister, int slot) {
+    showValue(view, slot, readData(program, startRegister, 2));
+    if (const auto status = readRegister(program, static_cast<std::uint16_t>(startRegister + 2))) {
+        showStatus(view, slot, *status);
+    } else {
+        showMissingStatus(view, slot);
+    }
+    const auto code = readRegister(program, static_cast<std::uint16_t>(startRegister + 3));
+    view.channelRow(slot).lblMessName.caption = std::string(code ? descriptionText(*code) : noValueText);
+}
+
+void runModbusPoll(Program& program, MonitorView& view) {
+    program.MonitorRunning = true;
+    if (program.DeviceAddress < lowestAddress || program.DeviceAddress > highestAddress) {
+        showError(program, "Keine gültige ModBus-Adresse vorhanden");
+        ClosePort(program);
+        program.MonitorRunning = false;
+        return;
+    }
+    OpenPort(program);
+    showIdentification(program, view);
+    while (pollChannels(program, view) && program.MonitorRunning) {
+    }
+    ClosePort(program);
+    program.MonitorRunning = false;
+}
+
+}  // namespace vek
