@@ -1,0 +1,221 @@
+#include "simulator/linefaults.h"
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+
+#include "simulator/numbers.h"
+
+namespace vek::sim {
+namespace {
+
+struct KindRow {
+    FaultKind kind;
+    std::string_view name;
+    std::string_view unit;  // empty for a kind without an amount
+    double max;
+    std::string_view meaning;
+};
+
+constexpr std::array<KindRow, 9> kinds{{
+    {FaultKind::Silence, "silence", "", 0, "the request is not heard and not answered"},
+    {FaultKind::Late, "late", "ms", 3.6e6, "the reply comes late"},
+    {FaultKind::WrongCrc, "crc", "", 0, "the reply has a wrong CRC"},
+    {FaultKind::Cut, "cut", "bytes", 255, "the reply ends after so many bytes"},
+    {FaultKind::Noise, "noise", "bytes", 255, "so many arbitrary bytes come before the reply"},
+    {FaultKind::Exception, "exception", "code", 255, "the request is refused with this exception code"},
+    {FaultKind::Lacks, "lacks", "register", 65535, "the register is missing (exception 2)"},
+    {FaultKind::Refuses, "refuses", "register", 65535, "writing the register is refused (exception 3)"},
+    {FaultKind::HangUp, "hangup", "s", 3600,
+     "the line goes away at the request and comes back after this time"},
+}};
+
+const KindRow& rowOf(FaultKind kind) {
+    return *std::ranges::find(kinds, kind, &KindRow::kind);
+}
+
+struct Limit {
+    std::string_view name;
+    void (*apply)(LineFault&, unsigned);
+    unsigned min;
+    unsigned max;
+};
+
+constexpr unsigned manyRequests = 1'000'000'000;
+constexpr std::array<Limit, 4> limits{{
+    {"register", [](LineFault& fault, unsigned n) { fault.reg = static_cast<std::uint16_t>(n); }, 0, 65535},
+    {"every", [](LineFault& fault, unsigned n) { fault.every = n; }, 1, manyRequests},
+    {"from", [](LineFault& fault, unsigned n) { fault.from = n; }, 1, manyRequests},
+    {"times", [](LineFault& fault, unsigned n) { fault.times = n; }, 1, manyRequests},
+}};
+
+struct Setting {
+    std::string_view name;
+    std::string_view value;
+};
+
+Setting splitSetting(std::string_view text) {
+    const std::size_t equals = text.find('=');
+    return equals == std::string_view::npos ? Setting{text, {}}
+                                            : Setting{text.substr(0, equals), text.substr(equals + 1)};
+}
+
+std::string quoted(std::string_view text) {
+    return std::string(1, '"').append(text).append(1, '"');
+}
+
+std::string applyKind(LineFault& fault, const Setting& setting) {
+    const auto* row = std::ranges::find(kinds, setting.name, &KindRow::name);
+    if (row == kinds.end()) {
+        return "unknown fault " + quoted(setting.name);
+    }
+    fault.kind = row->kind;
+    if (row->unit.empty()) {
+        return setting.value.empty() ? "" : "fault " + quoted(setting.name) + " takes no value";
+    }
+    const auto amount = parseNumber(setting.value, 0.0, row->max);
+    if (!amount.has_value()) {
+        return "fault " + quoted(setting.name) + " needs a value (" + std::string(row->unit) + ")";
+    }
+    fault.amount = *amount;
+    if (fault.kind == FaultKind::Lacks || fault.kind == FaultKind::Refuses) {
+        fault.reg = static_cast<std::uint16_t>(*amount);
+    }
+    return "";
+}
+
+std::string applyLimit(LineFault& fault, const Setting& setting) {
+    const auto* limit = std::ranges::find(limits, setting.name, &Limit::name);
+    if (limit == limits.end()) {
+        return "unknown fault condition " + quoted(setting.name);
+    }
+    const auto number = parseNumber(setting.value, limit->min, limit->max);
+    if (!number.has_value()) {
+        return "fault condition " + quoted(setting.name) + " needs a number";
+    }
+    limit->apply(fault, *number);
+    return "";
+}
+
+void addEffect(FaultEffects& effects, const LineFault& fault) {
+    const auto count = static_cast<std::size_t>(fault.amount);
+    switch (fault.kind) {
+        case FaultKind::Silence:
+            effects.silent = true;
+            break;
+        case FaultKind::Late:
+            effects.delay += fromSeconds(fault.amount / 1000.0);
+            break;
+        case FaultKind::WrongCrc:
+            effects.wrongCrc = true;
+            break;
+        case FaultKind::Cut:
+            effects.cutAfter = count;
+            break;
+        case FaultKind::Noise:
+            effects.noise += count;
+            break;
+        case FaultKind::Exception:
+            effects.exception = static_cast<std::uint8_t>(count);
+            break;
+        case FaultKind::Lacks:
+            effects.exception = static_cast<std::uint8_t>(ModbusException::IllegalAddress);
+            break;
+        case FaultKind::Refuses:
+            effects.exception = static_cast<std::uint8_t>(ModbusException::IllegalValue);
+            break;
+        case FaultKind::HangUp:
+            effects.hangUp = fromSeconds(fault.amount);
+            break;
+    }
+}
+
+}  // namespace
+
+std::variant<LineFault, std::string> parseFault(std::string_view text) {
+    LineFault fault;
+    auto apply = applyKind;
+    while (true) {
+        const std::size_t comma = text.find(',');
+        if (std::string problem = apply(fault, splitSetting(text.substr(0, comma))); !problem.empty()) {
+            return problem;
+        }
+        if (comma == std::string_view::npos) {
+            return fault;
+        }
+        text.remove_prefix(comma + 1);
+        apply = applyLimit;
+    }
+}
+
+std::string describe(const LineFault& fault) {
+    const KindRow& row = rowOf(fault.kind);
+    std::ostringstream text;
+    text << row.meaning;
+    if (!row.unit.empty()) {
+        text << " (" << fault.amount << ' ' << row.unit << ')';
+    }
+    if (fault.reg.has_value() && row.unit != "register") {
+        text << ", requests for register " << *fault.reg << " only";
+    }
+    if (fault.every > 1) {
+        text << ", one request in " << fault.every;
+    }
+    if (fault.from > 1) {
+        text << ", from request " << fault.from << " on";
+    }
+    if (fault.times > 0) {
+        text << ", at most " << fault.times << " times";
+    }
+    return text.str();
+}
+
+std::string faultHelp() {
+    std::ostringstream text;
+    for (const KindRow& row : kinds) {
+        std::string form(row.name);
+        if (!row.unit.empty()) {
+            form.append("=").append(row.unit);
+        }
+        form.resize(std::max<std::size_t>(form.size() + 1, 20), ' ');
+        text << "  " << form << row.meaning << '\n';
+    }
+    return text.str();
+}
+
+bool FaultPlan::strikes(Entry& entry, const RequestHead& head) {
+    const LineFault& fault = entry.fault;
+    if ((fault.reg.has_value() && !head.touches(*fault.reg)) ||
+        (fault.kind == FaultKind::Refuses && !head.isWrite())) {
+        return false;
+    }
+    ++entry.requests;
+    const bool exhausted = fault.times > 0 && entry.strikes >= fault.times;
+    if (exhausted || entry.requests < fault.from || entry.requests % fault.every != 0) {
+        return false;
+    }
+    ++entry.strikes;
+    return true;
+}
+
+FaultEffects FaultPlan::strike(const RequestHead& head) {
+    FaultEffects effects;
+    for (Entry& entry : faults_) {
+        if (strikes(entry, head)) {
+            addEffect(effects, entry.fault);
+        }
+    }
+    return effects;
+}
+
+void FaultPlan::spoil(Bytes& reply, const FaultEffects& effects) {
+    if (effects.wrongCrc && !reply.empty()) {
+        reply.back() = static_cast<std::uint8_t>(~reply.back());
+    }
+    reply.resize(std::min(reply.size(), effects.cutAfter.value_or(reply.size())));
+    Bytes noise(effects.noise);
+    std::ranges::generate(noise, [this] { return static_cast<std::uint8_t>(random_()); });
+    reply.insert(reply.begin(), noise.begin(), noise.end());
+}
+
+}  // namespace vek::sim

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <random>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "simulator/modbusslave.h"
+#include "simulator/time.h"
+
+namespace vek::sim {
+
+enum class FaultKind : std::uint8_t {
+    Silence,    // the request is not heard at all
+    Late,       // the reply comes `amount` milliseconds late
+    WrongCrc,   // the reply is carried out and sent with a wrong CRC
+    Cut,        // only the first `amount` bytes of the reply are sent
+    Noise,      // `amount` arbitrary bytes come right before the reply
+    Exception,  // the request is not carried out but refused with code `amount`
+    Lacks,      // as if the register did not exist
+    Refuses,    // as if the register took no value
+    HangUp,     // the line breaks at the request and is back after `amount` seconds
+};
+
+// Something that goes wrong on the line, and with which requests it does. The requests that fit `reg` are
+// counted from 1; of these the fault strikes from the `from`th on, each one whose number divides by `every`,
+// and no more than `times` times (0: no limit).
+struct LineFault {
+    FaultKind kind = FaultKind::Silence;
+    double amount = 0;
+    std::optional<std::uint16_t> reg;
+    unsigned every = 1;
+    unsigned from = 1;
+    unsigned times = 0;
+};
+
+// Reads KIND[=AMOUNT][,register=R][,every=N][,from=M][,times=K]. Returns what is wrong with it as a text.
+std::variant<LineFault, std::string> parseFault(std::string_view text);
+// One English phrase for a summary.
+std::string describe(const LineFault& fault);
+// The kinds with their meaning, one line each, as a help text.
+std::string faultHelp();
+
+// What happens to one request.
+struct FaultEffects {
+    bool silent = false;
+    Time delay{};
+    bool wrongCrc = false;
+    std::optional<std::size_t> cutAfter;
+    std::size_t noise = 0;
+    std::optional<std::uint8_t> exception;
+    std::optional<Time> hangUp;
+};
+
+// All faults of a line, with their counts.
+class FaultPlan {
+  public:
+    explicit FaultPlan(std::uint32_t seed) : random_(seed) {}
+
+    void add(const LineFault& fault) { faults_.push_back({fault}); }
+    void clear() { faults_.clear(); }
+    // Counts the request and returns what strikes it.
+    FaultEffects strike(const RequestHead& head);
+    // Spoils the bytes of a reply. The noise repeats from run to run.
+    void spoil(Bytes& reply, const FaultEffects& effects);
+
+  private:
+    struct Entry {
+        LineFault fault;
+        unsigned requests = 0;
+        unsigned strikes = 0;
+    };
+    static bool strikes(Entry& entry, const RequestHead& head);
+
+    std::vector<Entry> faults_;
+    std::mt19937 random_;
+};
+
+}  // namespace vek::sim

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <charconv>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace vek::sim {
+
+// The number that the whole text is, or nothing when it is none or lies outside min..max.
+template <typename Number>
+std::optional<Number> parseNumber(std::string_view text, Number min, Number max) {
+    Number number{};
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    const bool whole = result.ec == std::errc{} && result.ptr == end;
+    return whole && number >= min && number <= max ? std::optional(number) : std::nullopt;
+}
+
+}  // namespace vek::sim

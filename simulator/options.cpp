@@ -1,0 +1,180 @@
+#include "simulator/options.h"
+
+#include <algorithm>
+#include <array>
+#include <sstream>
+
+#include "simulator/numbers.h"
+
+namespace vek::sim {
+namespace {
+
+constexpr std::size_t longestName = 20;
+
+template <typename Number>
+bool readNumber(std::string_view text, Number min, Number max, Number& target) {
+    const auto number = parseNumber(text, min, max);
+    target = number.value_or(target);
+    return number.has_value();
+}
+
+bool setName(ProgramOptions& options, std::string_view text) {
+    options.line.device.name = text;
+    return !text.empty() && text.size() <= longestName;
+}
+
+bool setBaud(ProgramOptions& options, std::string_view text) {
+    return readNumber(text, 1, 115200, options.line.device.baudRate) &&
+           baudCode(options.line.device.baudRate).has_value();
+}
+
+bool setParity(ProgramOptions& options, std::string_view text) {
+    const auto* found = std::ranges::find(parityNames, text);
+    options.line.device.parity = static_cast<std::uint16_t>(found - parityNames.begin());
+    return found != parityNames.end();
+}
+
+bool setState(ProgramOptions& options, std::string_view text) {
+    struct Row {
+        std::string_view name;
+        bool Conditions::*flag;
+    };
+    constexpr std::array<Row, 3> rows{{{"device-fault", &Conditions::deviceFault},
+                                       {"warning", &Conditions::warning},
+                                       {"external-test", &Conditions::externalTest}}};
+    const auto* found = std::ranges::find(rows, text, &Row::name);
+    if (found == rows.end()) {
+        return false;
+    }
+    options.line.device.conditions.*(found->flag) = true;
+    return true;
+}
+
+bool setTurnaround(ProgramOptions& options, std::string_view text) {
+    int milliseconds = 0;
+    const bool good = readNumber(text, 0, 60000, milliseconds);
+    options.line.turnaround = std::chrono::milliseconds(milliseconds);
+    return good;
+}
+
+bool setDuration(ProgramOptions& options, std::string_view text) {
+    double seconds = 0;
+    const bool good = readNumber(text, 0.0, 1e8, seconds);
+    options.duration = fromSeconds(seconds);
+    return good;
+}
+
+// An option that takes a value when `value` is not empty. The setter returns whether the value was good.
+struct OptionRow {
+    std::string_view name;
+    std::string_view value;
+    std::string_view help;
+    bool (*set)(ProgramOptions&, std::string_view);
+};
+
+constexpr std::array<OptionRow, 15> rows{{
+    {"--type", "N", "device type 1..10 (default 1)",
+     [](ProgramOptions& o, std::string_view t) { return readNumber(t, 1, 10, o.line.device.type); }},
+    {"--name", "TEXT", "device name of up to 20 characters (default: the article name of the type)", setName},
+    {"--address", "N", "bus address 0..247 (default 3; written over the bus, only 0 and 3..90 are taken)",
+     [](ProgramOptions& o, std::string_view t) {
+         return readNumber<std::uint16_t>(t, 0, 247, o.line.device.address);
+     }},
+    {"--baud", "N", "1200, 2400, 4800, 9600 (default), 19200, 38400, 57600 or 115200 bit/s", setBaud},
+    {"--parity", "P", "none, odd or even (default); it only decides how long a character takes", setParity},
+    {"--pace", "", "bytes take their time, and a master at another baud rate gets no answer",
+     [](ProgramOptions& o, std::string_view) { return o.line.pace = true; }},
+    {"--turnaround", "MS", "time from the end of a request to its reply in ms (default 5)", setTurnaround},
+    {"--seed", "N", "seed of everything that varies (default 1); a run with the same seed repeats",
+     [](ProgramOptions& o, std::string_view t) {
+         return readNumber<std::uint32_t>(t, 0, 0xFFFFFFFF, o.line.device.seed);
+     }},
+    {"--speed", "F", "how much faster than the clock the installation lives, 0.01..10000 (default 1)",
+     [](ProgramOptions& o, std::string_view t) { return readNumber(t, 0.01, 10000.0, o.line.device.speed); }},
+    {"--state", "S", "device-fault, warning or external-test; may be repeated", setState},
+    {"--fault", "F", "something that goes wrong on the line, see below; may be repeated", nullptr},
+    {"--link", "PATH", "symbolic link to the pseudo-terminal; removed at the end",
+     [](ProgramOptions& o, std::string_view t) {
+         o.link = t;
+         return !t.empty();
+     }},
+    {"--duration", "S", "end after so many seconds (default: run until interrupted)", setDuration},
+    {"--verbose", "", "show every frame on the standard error output",
+     [](ProgramOptions& o, std::string_view) { return o.verbose = true; }},
+    {"--help", "", "show this text", [](ProgramOptions& o, std::string_view) { return o.help = true; }},
+}};
+
+// Returns what is wrong, empty if nothing is.
+std::string applyOption(ProgramOptions& options, const OptionRow& row, std::string_view value) {
+    if (row.set != nullptr) {
+        if (row.set(options, value)) {
+            return "";
+        }
+        return std::string("bad value \"")
+            .append(value)
+            .append("\" for ")
+            .append(row.name)
+            .append(": ")
+            .append(row.help);
+    }
+    const auto fault = parseFault(value);
+    if (const auto* problem = std::get_if<std::string>(&fault)) {
+        return *problem;
+    }
+    options.line.faults.push_back(std::get<LineFault>(fault));
+    return "";
+}
+
+}  // namespace
+
+std::variant<ProgramOptions, std::string> parseOptions(std::span<const std::string_view> arguments) {
+    ProgramOptions options;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const auto* row = std::ranges::find(rows, arguments[i], &OptionRow::name);
+        if (row == rows.end()) {
+            return std::string("unknown option \"").append(arguments[i]).append("\"");
+        }
+        std::string_view value;
+        if (!row->value.empty()) {
+            if (++i == arguments.size()) {
+                return std::string(row->name) + " needs a value: " + std::string(row->help);
+            }
+            value = arguments[i];
+        }
+        if (std::string problem = applyOption(options, *row, value); !problem.empty()) {
+            return problem;
+        }
+    }
+    return options;
+}
+
+std::string helpText() {
+    std::ostringstream text;
+    text << "vekXX731_Simulator - a simulated insulation monitoring device on a pseudo-terminal\n\n"
+            "Usage: vekXX731_Simulator [OPTION]...\n\n"
+            "The device answers Modbus RTU requests. The installation it watches goes round in a minute:\n"
+            "healthy, a fault on L1/+ with pre-alarm and alarm, healthy, the same on L2/-.\n\nOptions:\n";
+    for (const OptionRow& row : rows) {
+        std::string form = std::string(row.name) + " " + std::string(row.value);
+        form.resize(18, ' ');
+        text << "  " << form << row.help << '\n';
+    }
+    text << "\nFaults (KIND[=VALUE][,register=R][,every=N][,from=M][,times=K]):\n"
+         << faultHelp()
+         << "With register=R only requests for that register count. Of the requests that count, the fault "
+            "strikes\n"
+            "from the Mth on (from=M), each one whose number divides by N (every=N), at most K times "
+            "(times=K).\n"
+            "\nTypes:\n";
+    for (const DeviceType& type : deviceTypes()) {
+        text << "  " << type.number << (type.number < 10 ? "   " : "  ") << type.articleName << '\n';
+    }
+    text << "\nExamples:\n"
+            "  vekXX731_Simulator --link /tmp/com1\n"
+            "  vekXX731_Simulator --type 9 --name vekQJK731-K7-2 --address 7 --baud 19200 --pace\n"
+            "  vekXX731_Simulator --speed 5 --fault crc,every=10 --fault late=1500,from=100,times=1\n"
+            "  vekXX731_Simulator --fault lacks=3022 --fault exception=4,register=1024 --state warning\n";
+    return text.str();
+}
+
+}  // namespace vek::sim
