@@ -1,16 +1,14 @@
 #include "modbus/ModBusLink1.h"
 
 #include <algorithm>
-#include <array>
 
 #include "platform/leadingnumber.h"
+#include "program/port.h"
 
 namespace vek {
 
 namespace {
 
-constexpr std::array<std::int32_t, 8> baudRates = {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
-constexpr std::int32_t defaultBaudRate = 9600;
 constexpr Milliseconds replyTimeOut{1000};
 
 struct Request {
@@ -56,30 +54,13 @@ Bytes transact(Program& program, const Request& request) {
     return IsExceptionReply(reply, request.function) ? ExceptionToken(reply) : reply;
 }
 
-bool openConfiguredPort(Program& program) {
-    SerialControl& port = program.RS485;
-    if (port.isOpen()) {
-        return false;
-    }
-    const bool numbered = program.ComPort >= 1 && program.ComPort <= 16;
-    if (numbered && !port.setPortNumber(program.ComPort)) {
-        return false;
-    }
-    return port.setSettings(baudText(program.BaudRate) + program.FrameFormat) &&
-           port.open() == PortError::None;
-}
-
 }  // namespace
 
-std::string baudText(std::int32_t baudRate) {
-    const bool known = std::find(baudRates.begin(), baudRates.end(), baudRate) != baudRates.end();
-    return std::to_string(known ? baudRate : defaultBaudRate);
-}
-
 void OpenPort(Program& program) {
-    if (!openConfiguredPort(program)) {
-        program.desktop.messageBox(
-            {"Schnittstelle nicht vorhanden", "Fehler", MessageIcon::None, MessageButtons::OkCancel});
+    const bool opened =
+        !program.RS485.isOpen() && selectConfiguredPort(program) && program.RS485.open() == PortError::None;
+    if (!opened) {
+        showPortMissing(program);
     }
 }
 

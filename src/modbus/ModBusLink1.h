@@ -17,9 +17,6 @@ void OpenPort(Program& program);
 /// Closes the port; does nothing on a closed one.
 void ClosePort(Program& program);
 
-/// Baud rate as it goes into the settings string: one of the eight rates, "9600" for any other number.
-std::string baudText(std::int32_t baudRate);
-
 /// Tries to open port n (1 to 16) and closes it again; says why it cannot be opened.
 PortError probePort(Program& program, int n);
 

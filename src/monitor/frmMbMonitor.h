@@ -12,7 +12,7 @@
 namespace vek {
 
 /// The live monitor: channel table, test indicators, identification, fault position, and the device commands.
-class frmMbMonitor : public ChildForm, private MonitorView {
+class frmMbMonitor : public ChildForm, private ModbusMonitorView {
   public:
     static constexpr int slotCount = 16;
 

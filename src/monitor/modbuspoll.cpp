@@ -1,6 +1,7 @@
 #include "monitor/modbuspoll.h"
 
 #include <charconv>
+#include <optional>
 
 #include "devicemodel/descriptiontexts.h"
 #include "devicemodel/measurementchannel.h"
@@ -15,7 +16,7 @@ namespace {
 constexpr std::uint8_t lowestAddress = 3;
 constexpr std::uint8_t highestAddress = 90;
 
-void showValue(MonitorView& view, int slot, const std::optional<Bytes>& data) {
+void showValue(ModbusMonitorView& view, int slot, const std::optional<Bytes>& data) {
     if (data) {
         view.channelRow(slot).lblMesswert.caption = view.valueText(slot, BytesToSingle(*data));
     } else {
@@ -24,7 +25,7 @@ void showValue(MonitorView& view, int slot, const std::optional<Bytes>& data) {
     }
 }
 
-void showRange(MonitorView& view, int slot, RangeState state) {
+void showRange(ModbusMonitorView& view, int slot, RangeState state) {
     const ChannelRow row = view.channelRow(slot);
     row.lblRange.caption = std::string(rangeCaption(state));
     if (state == RangeState::invalid) {
@@ -33,7 +34,7 @@ void showRange(MonitorView& view, int slot, RangeState state) {
     }
 }
 
-void showStatus(MonitorView& view, int slot, std::uint16_t statusWord) {
+void showStatus(ModbusMonitorView& view, int slot, std::uint16_t statusWord) {
     const ChannelRow row = view.channelRow(slot);
     const MeasurementChannel channel{.statusWord = statusWord};
     const TestColors tests = testColors(channel.testState());
@@ -47,7 +48,7 @@ void showStatus(MonitorView& view, int slot, std::uint16_t statusWord) {
 }
 
 /// Without its status a value may be out of range or in alarm, so it is not shown either.
-void showMissingStatus(MonitorView& view, int slot) {
+void showMissingStatus(ModbusMonitorView& view, int slot) {
     const ChannelRow row = view.channelRow(slot);
     row.LED.fillColor = colors::grey;
     showRange(view, slot, RangeState::invalid);
@@ -88,7 +89,7 @@ std::string readSoftwareDate(Program& program) {
     return day + "." + month + "." + year;
 }
 
-void showIdentification(Program& program, MonitorView& view) {
+void showIdentification(Program& program, ModbusMonitorView& view) {
     const DeviceLabels labels = view.deviceLabels();
     labels.lblDevName.caption = withoutControls(program.DeviceName);
     labels.lblSwRegNr.caption = identificationText(
@@ -99,7 +100,7 @@ void showIdentification(Program& program, MonitorView& view) {
 }
 
 /// One cycle; false when the window was closed meanwhile.
-bool pollChannels(Program& program, MonitorView& view) {
+bool pollChannels(Program& program, ModbusMonitorView& view) {
     for (int slot = 0; slot < polledChannels; ++slot) {
         ReadMeasurementChannel(program, view, static_cast<std::uint16_t>(channelStartRegister(slot)), slot);
         program.desktop.processEvents();
@@ -113,7 +114,8 @@ bool pollChannels(Program& program, MonitorView& view) {
 
 }  // namespace
 
-void ReadMeasurementChannel(Program& program, MonitorView& view, std::uint16_t startRegister, int slot) {
+void ReadMeasurementChannel(Program& program, ModbusMonitorView& view, std::uint16_t startRegister,
+                            int slot) {
     showValue(view, slot, readData(program, startRegister, 2));
     if (const auto status = readRegister(program, static_cast<std::uint16_t>(startRegister + 2))) {
         showStatus(view, slot, *status);
@@ -124,7 +126,7 @@ void ReadMeasurementChannel(Program& program, MonitorView& view, std::uint16_t s
     view.channelRow(slot).lblMessName.caption = std::string(code ? descriptionText(*code) : noValueText);
 }
 
-void runModbusPoll(Program& program, MonitorView& view) {
+void runModbusPoll(Program& program, ModbusMonitorView& view) {
     program.MonitorRunning = true;
     if (program.DeviceAddress < lowestAddress || program.DeviceAddress > highestAddress) {
         showError(program, "Keine gültige ModBus-Adresse vorhanden");

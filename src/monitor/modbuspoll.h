@@ -1,42 +1,16 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 
-#include "platform/controls.h"
+#include "devicemodel/monitorview.h"
 #include "program/program.h"
 
 namespace vek {
 
-/// The controls of one row of a monitor's channel table.
-struct ChannelRow {
-    Label& lblMesswert;
-    Label& lblRange;
-    Label& lblEinheit;
-    Label& lblMessName;
-    Shape& LED;
-};
-
-/// The labels of a monitor that say which device it shows.
-struct DeviceLabels {
-    Label& lblDevName;
-    Label& lblSwRegNr;
-    Label& lblSwVer;
-    Label& lblSwDate;
-    Label& lblSwMb;
-};
-
 /// A monitor window as the Modbus poll sees it.
-class MonitorView {
+class ModbusMonitorView : public MonitorView {
   public:
-    virtual ~MonitorView() = default;
-
-    virtual DeviceLabels deviceLabels() = 0;
-    virtual ChannelRow channelRow(int slot) = 0;
-    virtual Shape& internalTest() = 0;
-    virtual Shape& externalTest() = 0;
-
     /// Text for a channel's value; called once per channel and cycle, before the row's other fields are
     /// known.
     virtual std::string valueText(int slot, float value) = 0;
@@ -46,9 +20,6 @@ class MonitorView {
 
     /// All channels have been read once more.
     virtual void cycleDone() = 0;
-
-    /// Whether the window still stands on the screen.
-    virtual bool isShown() const = 0;
 };
 
 /// Number of channels that a poll reads, slots 0 to 8.
@@ -57,11 +28,11 @@ inline constexpr int polledChannels = 9;
 /// Reads one channel at its start register and shows it in its row: value, then status, then description. A
 /// field that could not be read shows "---", a grey indicator or nothing: never what an earlier poll has
 /// read.
-void ReadMeasurementChannel(Program& program, MonitorView& view, std::uint16_t startRegister, int slot);
+void ReadMeasurementChannel(Program& program, ModbusMonitorView& view, std::uint16_t startRegister, int slot);
 
 /// Reads the identification, then channel after channel and cycle after cycle until MonitorRunning is false
 /// at the end of a cycle or the window closes. Opens and closes the port. Events are processed after each
 /// channel.
-void runModbusPoll(Program& program, MonitorView& view);
+void runModbusPoll(Program& program, ModbusMonitorView& view);
 
 }  // namespace vek

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/layout.h"
-
 namespace vek {
 namespace {
 
@@ -42,22 +40,6 @@ TEST(Controls, OneOptionOfAFrameIsSet) {
     options[1].value = false;
     EXPECT_EQ(setCount(), 0);
     EXPECT_TRUE(elsewhere.value) << "another frame, another group";
-}
-
-TEST(Controls, LayoutsKeepTheOrderOfTheirParts) {
-    Label first{"first"};
-    Label second{"second"};
-    Frame frame{"frame", ""};
-    const Box box =
-        column({row({first, stretch(), second}), framed(frame, grid(2, {spanning(2, first)}, {1}))});
-    ASSERT_EQ(box.parts.size(), 2U);
-    EXPECT_EQ(box.parts[0].parts[0].control, &first);
-    EXPECT_EQ(box.parts[0].parts[1].kind, Box::Kind::Stretch);
-    EXPECT_EQ(box.parts[0].parts[2].control, &second);
-    EXPECT_EQ(box.parts[1].control, &frame);
-    EXPECT_EQ(box.parts[1].parts[0].columns, 2);
-    EXPECT_EQ(box.parts[1].parts[0].stretchColumns, std::vector<int>{1});
-    EXPECT_EQ(box.parts[1].parts[0].parts[0].span, 2);
 }
 
 }  // namespace

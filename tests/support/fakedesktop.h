@@ -48,6 +48,13 @@ class FakeDesktop final : public Desktop {
 /// A box as one text: "Fehler|stop|ok|Datei-Pfad nicht gefunden".
 std::string boxText(const MessageBox& box);
 
+/// The box after a request without an answer, and the one after its Cancel.
+inline const std::string crcDialog =
+    "MODBUS-Fehler|-|ok+cancel|CRC-Fehler:\n\n"
+    "Ok                ->  Programm fortsetzen\n"
+    "Abbrechen  ->  Programm beenden";
+inline const std::string farewell = "Hinweis|info|ok|MODBUS RTU Monitor wird beendet!";
+
 /// Writes down the windows that come and go.
 class FakeFormHost final : public FormHost {
   public:

@@ -23,7 +23,7 @@ inline std::string fromHex(std::string_view text) {
             bytes += '\0';
         }
         const auto begun = static_cast<unsigned char>(bytes.back());
-        bytes.back() = static_cast<char>(16U * begun + value);
+        bytes.back() = static_cast<char>(std::size_t{begun} << 4U | value);
         complete = !complete;
     }
     return bytes;
