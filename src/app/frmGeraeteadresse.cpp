@@ -4,6 +4,7 @@
 
 #include "app/portstatus.h"
 #include "devicemodel/identification.h"
+#include "kdl/KDL.h"
 #include "modbus/ModBus.h"
 #include "platform/leadingnumber.h"
 #include "platform/textcodec.h"
@@ -52,6 +53,8 @@ void frmGeräteadresse::search() {
     }
     if (!isBusAddress(leadingNumber(cmbGeraeteAdresse.text.get()))) {
         showError(program_, "Eingegebene Adresse ausserhalb des gültigen Bereiches (0, 3...90)");
+    } else if (program_.kdlActive()) {
+        searchKdl();
     } else {
         searchModbus();
     }
@@ -71,6 +74,20 @@ void frmGeräteadresse::searchModbus() {
     deviceFound(utf8FromWindows1252(reply));
     program_.shell.addressPanel = modbusAddressText(program_);
     program_.shell.caption = searchCaption("Modbus RTU - Monitor   ", withoutControls(program_.DeviceName));
+}
+
+void frmGeräteadresse::searchKdl() {
+    KdlSetAddress(program_, cmbGeraeteAdresse.text.get());
+    program_.shell.addressPanel = "KDL-Geräteadresse = " + cmbGeraeteAdresse.text.get();
+    const Bytes reply = KdlIdentify(program_);
+    program_.shell.caption = searchCaption("KDL - Monitor    ", "");
+    if (reply.find(kdlTimeOutError) != Bytes::npos) {
+        showNote(program_, notFoundText("KDL-Bus"));
+        program_.KdlAddressPrefix = blankKdlPrefix;
+        return;
+    }
+    deviceFound(utf8FromWindows1252(reply));
+    program_.shell.caption = searchCaption("KDL - Monitor   ", withoutControls(program_.DeviceName));
 }
 
 void frmGeräteadresse::deviceFound(const std::string& deviceName) {

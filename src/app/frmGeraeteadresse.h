@@ -22,6 +22,7 @@ class frmGeräteadresse : public ChildForm {
   private:
     void search();
     void searchModbus();
+    void searchKdl();
     void deviceFound(const std::string& deviceName);
     std::string notFoundText(const std::string& bus) const;
 };

@@ -111,14 +111,6 @@ void frmModBus::connectCommands() {
         }
     };
 
-    Timer1.tick = [this] {
-        Timer1.enabled = false;
-        program_.DelayElapsed = true;
-    };
-    TimeOut.tick = [this] {
-        TimeOut.enabled = false;
-        program_.TimeOutElapsed = true;
-    };
     Timer2.tick = [this] { dockTerminal(); };
 }
 

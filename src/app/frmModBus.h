@@ -34,9 +34,7 @@ class frmModBus : public Form {
     Label sbStatusBar_1{"sbStatusBar_1"};
     Label sbStatusBar_2{"sbStatusBar_2"};
 
-    Timer Timer1{"Timer1"};
     Timer Timer2{"Timer2"};
-    Timer TimeOut{"TimeOut"};
 
     Box layout() override { return stretch(); }
     void load() override;
@@ -45,7 +43,7 @@ class frmModBus : public Form {
     std::vector<MenuItem*> menu() override { return {&mnuStart, &mnuEinstellungen, &mnuInfo}; }
     ToolBar* toolBar() override { return &Toolbar1; }
     StatusBar* statusBar() override { return &sbStatusBar; }
-    std::vector<Timer*> timers() override { return {&Timer1, &Timer2, &TimeOut}; }
+    std::vector<Timer*> timers() override { return {&program_.Timer1, &Timer2, &program_.TimeOut}; }
 
   private:
     void buildMenu();

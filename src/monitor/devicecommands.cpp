@@ -1,9 +1,11 @@
 #include "monitor/devicecommands.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <string_view>
 #include <vector>
 
+#include "kdl/KDLBusLink.h"
 #include "modbus/ModBus.h"
 
 namespace vek {
@@ -17,32 +19,39 @@ struct CommandWord {
 };
 
 struct CommandRow {
-    DeviceCommand command;
-    std::vector<CommandWord> words;  ///< each is written only after the one before was acknowledged
+    std::vector<CommandWord> words;  ///< Modbus; each is written only after the one before was acknowledged
+    const char* kdlRequest;
     const char* success;
+    const char* kdlSuccess;
     const char* failure;
 };
 
+/// In the order of DeviceCommand.
 const std::vector<CommandRow>& commandTable() {
     static const std::vector<CommandRow> table = {
-        {DeviceCommand::Calibrate,
-         {{8000, "qo"}, {8001, "vu"}},
+        {{{8000, "qo"}, {8001, "vu"}},
+         ":KAL",
+         "Das Geräte ist nun im Kalibrier-Modus.",
          "Das Geräte ist nun im Kalibrier-Modus.",
          "Das Gerät konnte nicht in den Kalibrier-Modus geschaltet werden"},
-        {DeviceCommand::SelfTest,
-         {{8005, "TE"}},
+        {{{8005, "TE"}},
+         ":TESTI",
+         "Der Selbsttest wurde gestartet.",
          "Der Selbsttest wurde gestartet.",
          "Der Selbsttest konnte nicht durchgeführt werden"},
-        {DeviceCommand::ClearFaults,
-         {{8006, "CL"}},
+        {{{8006, "CL"}},
+         ":ALMCL",
          "Der Fehlerspeicher(Alarme) wurde zurückgesetzt.",
+         "Der Fehlerspeicher(Alarme) wurde zurückgesetzt",
          "Der Fehlerspeicher(Alarme) konnte nicht zurückgesetzt werden."},
-        {DeviceCommand::FactorySettings,
-         {{8004, "FS"}},
+        {{{8004, "FS"}},
+         ":DEFLT",
+         "Das Geräte wurde auf die Werkseinstellungen (ohne Schnittstellen Parameter) zurückgesetzt.",
          "Das Geräte wurde auf die Werkseinstellungen (ohne Schnittstellen Parameter) zurückgesetzt.",
          "Das Zurücksetzen auf die Werkseinstellung konnte nicht durchgeführt werden"},
-        {DeviceCommand::FactorySettingsAll,
-         {{8003, "fa"}},
+        {{{8003, "fa"}},
+         ":DEFLT 51",
+         "Das Geräte wurde auf die Werkseinstellungen (alle Parameter) zurückgesetzt.",
          "Das Geräte wurde auf die Werkseinstellungen (alle Parameter) zurückgesetzt.",
          "Das Zurücksetzen auf die Werkseinstellung konnte nicht durchgeführt werden"},
     };
@@ -53,13 +62,21 @@ const CommandRow& rowOf(DeviceCommand command) {
     return commandTable().at(static_cast<std::size_t>(command));
 }
 
-bool writeWords(Program& program, const std::vector<CommandWord>& words) {
-    for (const CommandWord& word : words) {
-        if (!MbWriteRegisters(program, word.registerNumber, 1, 2, word.word)) {
-            return false;
-        }
-    }
-    return true;
+bool sendModbus(Program& program, const CommandRow& row) {
+    OpenPort(program);
+    const bool acknowledged = std::all_of(row.words.begin(), row.words.end(), [&](const CommandWord& word) {
+        return MbWriteRegisters(program, word.registerNumber, 1, 2, word.word);
+    });
+    ClosePort(program);
+    return acknowledged;
+}
+
+/// The device acknowledges with an empty payload.
+bool sendKdl(Program& program, const CommandRow& row) {
+    KdlOpenPort(program);
+    const Bytes reply = KdlTransact(program, row.kdlRequest);
+    KdlClosePort(program);
+    return reply.empty();
 }
 
 bool confirmed(Program& program) {
@@ -83,11 +100,9 @@ void runDeviceCommand(Program& program, DeviceCommand command) {
         return;
     }
     const CommandRow& row = rowOf(command);
-    OpenPort(program);
-    const bool acknowledged = writeWords(program, row.words);
-    ClosePort(program);
-    if (acknowledged) {
-        showNote(program, row.success);
+    const bool kdl = program.kdlActive();
+    if (kdl ? sendKdl(program, row) : sendModbus(program, row)) {
+        showNote(program, kdl ? row.kdlSuccess : row.success);
     } else {
         showError(program, row.failure);
     }

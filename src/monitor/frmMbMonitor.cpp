@@ -87,6 +87,7 @@ void frmMbMonitor::styleFields() {
     for (Label& heading : lblHeading_) {
         heading.style = TextStyle::Bold;
     }
+    lblHeading_[1].align = Align::Right;
 }
 
 void frmMbMonitor::load() {
@@ -133,7 +134,11 @@ void frmMbMonitor::runMonitor() {
         return;
     }
     enableCommands(false);
-    runModbusPoll(program_, *this);
+    if (program_.kdlActive()) {
+        KdlRunMonitor(program_, *this);
+    } else {
+        runModbusPoll(program_, *this);
+    }
     enableCommands(true);
 }
 
@@ -154,9 +159,12 @@ std::string frmMbMonitor::valueText(int slot, float value) {
     return channelValueText(slot, program_.DeviceType, value, program_.locale);
 }
 
-void frmMbMonitor::showFaultPosition() {
-    const FaultPosition position = faultPosition(
-        shownNumber(faultPositionSlot), shownNumber(resistanceSlot).value_or(0), program_.DeviceType);
+void frmMbMonitor::cycleDone() {
+    showFaultPosition(faultPosition(shownNumber(faultPositionSlot), shownNumber(resistanceSlot).value_or(0),
+                                    program_.DeviceType));
+}
+
+void frmMbMonitor::showFaultPosition(const FaultPosition& position) {
     Slider1.value = position.slider;
     lblFehlerVorzeichen.caption = std::string(position.sign);
     lblReNeg.caption = position.reNegative;
@@ -208,14 +216,16 @@ Box frmMbMonitor::legendFrame() {
 }
 
 Box frmMbMonitor::commandFrame() {
-    return framed(fraBefehle_, row({cmdCal, cmdTest, cmdCLR, cmdFACT, cmdFACTall}));
+    return framed(fraBefehle_, grid(2, {cmdCal, cmdTest, cmdCLR, cmdFACT, cmdFACTall}));
 }
 
 Box frmMbMonitor::layout() {
     const Box tests =
         framed(Frame2, grid(2, {LED_TEST_INTERN, lblTestIntern_, LED_TEST_EXTERN, lblTestExtern_}, {1}));
-    return column({deviceFrame(), row({channelTable(), column({legendFrame(), tests, stretch()})}),
-                   faultFrame(), row({commandFrame(), stretch(), cmdRunMonitor, cmdStop, cmdClose})});
+    return column(
+        {deviceFrame(),
+         row({column({channelTable(), faultFrame(), stretch()}),
+              column({legendFrame(), tests, commandFrame(), stretch(), cmdRunMonitor, cmdStop, cmdClose})})});
 }
 
 }  // namespace vek

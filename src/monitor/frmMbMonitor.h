@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "kdl/kdlmonitor.h"
 #include "monitor/devicecommands.h"
 #include "monitor/modbuspoll.h"
 #include "program/childform.h"
@@ -12,7 +13,7 @@
 namespace vek {
 
 /// The live monitor: channel table, test indicators, identification, fault position, and the device commands.
-class frmMbMonitor : public ChildForm, private ModbusMonitorView {
+class frmMbMonitor : public ChildForm, private ModbusMonitorView, private KdlMonitorView {
   public:
     static constexpr int slotCount = 16;
 
@@ -62,7 +63,8 @@ class frmMbMonitor : public ChildForm, private ModbusMonitorView {
     Shape& externalTest() override { return LED_TEST_EXTERN; }
     std::string valueText(int slot, float value) override;
     void valueMissing(int slot) override { shownNumber(slot).reset(); }
-    void cycleDone() override { showFaultPosition(); }
+    void cycleDone() override;
+    void showFaultPosition(const FaultPosition& position) override;
     bool isShown() const override { return isOpen(); }
 
     void styleFields();
@@ -70,7 +72,6 @@ class frmMbMonitor : public ChildForm, private ModbusMonitorView {
     void showModbusRows();
     void runMonitor();
     void enableCommands(bool enabled);
-    void showFaultPosition();
     std::optional<double>& shownNumber(int slot) { return shownNumbers_.at(static_cast<std::size_t>(slot)); }
 
     Box channelTable();

@@ -9,7 +9,7 @@
 namespace vek {
 
 /// A monitor window as the Modbus poll sees it.
-class ModbusMonitorView : public MonitorView {
+class ModbusMonitorView : public virtual MonitorView {
   public:
     /// Text for a channel's value; called once per channel and cycle, before the row's other fields are
     /// known.

@@ -32,8 +32,8 @@ struct FileDialog {
     Purpose purpose = Purpose::Open;
 };
 
-/// What the program asks of the desktop that it runs on. Both dialogs and processEvents() handle events, so
-/// they may call back into the program, and they throw ProgramEnd when the program was ended meanwhile.
+/// What the program asks of the desktop that it runs on. All of it but now() handles events, so it
+/// may call back into the program, and it throws ProgramEnd when the program was ended meanwhile.
 class Desktop {
   public:
     virtual ~Desktop() = default;
@@ -47,6 +47,10 @@ class Desktop {
 
     /// Handles the events that wait, without waiting for one.
     virtual void processEvents() = 0;
+
+    /// Handles the events that wait; when there is none, sleeps until there is one, until bytes arrive on the
+    /// line, or until that time.
+    virtual void waitForEvents(TimePoint until = TimePoint::max()) = 0;
 
     /// A clock that never goes back.
     virtual TimePoint now() const = 0;

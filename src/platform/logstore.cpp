@@ -30,9 +30,7 @@ void LogStore::append(LogColor color, LogForm form, std::string_view bytes) {
         rest >>= 7;
     }
     put(static_cast<char>(rest));
-    for (const char byte : bytes) {
-        put(byte);
-    }
+    putBlock(bytes);
     widest_ = std::max(widest_, form == LogForm::Hex ? 2 * bytes.size() : bytes.size());
     count_ = count_.get() + 1;
 }
@@ -43,6 +41,18 @@ void LogStore::put(char byte) {
     }
     chunks_.back()[end_ % chunkSize] = byte;
     ++end_;
+}
+
+void LogStore::putBlock(std::string_view bytes) {
+    while (!bytes.empty()) {
+        put(bytes.front());
+        bytes.remove_prefix(1);
+        const std::uint64_t used = end_ % chunkSize;
+        const std::string_view part = bytes.substr(0, used == 0 ? 0 : chunkSize - used);
+        part.copy(chunks_.back().get() + used, part.size());
+        end_ += part.size();
+        bytes.remove_prefix(part.size());
+    }
 }
 
 char LogStore::byteAt(std::uint64_t offset) const {

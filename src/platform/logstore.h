@@ -52,6 +52,7 @@ class LogStore {
 
   private:
     void put(char byte);
+    void putBlock(std::string_view bytes);
     char byteAt(std::uint64_t offset) const;
     std::size_t lengthAt(std::uint64_t& offset) const;
     std::uint64_t offsetOf(std::uint64_t index) const;

@@ -77,6 +77,10 @@ class SerialControl {
     /// count. On a closed port it sleeps until the deadline. Returns whether the bytes are there.
     virtual bool waitReceived(std::size_t count, TimePoint deadline) = 0;
 
+    /// What the system's event wait can watch for received bytes (on POSIX a file descriptor); -1 when there
+    /// is nothing to watch: on a closed port or while the device is away.
+    virtual int inputHandle() const = 0;
+
     /// What COM `number` (1 to 16) stands for on this machine.
     virtual PortInfo portInfo(int number) const = 0;
 };

@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/controls.h"
 #include "platform/desktop.h"
 #include "platform/folders.h"
 #include "platform/logstore.h"
@@ -50,7 +51,16 @@ struct Program {
           profileFiles(platform.profileFiles),
           folders(platform.folders),
           locale(platform.locale),
-          windows(platform.formHost) {}
+          windows(platform.formHost) {
+        Timer1.tick = [this] {
+            Timer1.enabled = false;
+            DelayElapsed = true;
+        };
+        TimeOut.tick = [this] {
+            TimeOut.enabled = false;
+            TimeOutElapsed = true;
+        };
+    }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
@@ -73,6 +83,8 @@ struct Program {
     Folders& folders;
     const NumberLocale locale;
     LogStore terminalLog;
+    Timer Timer1{"Timer1"};    ///< one-shot, of the pause before a KDL request; lives on the main window
+    Timer TimeOut{"TimeOut"};  ///< one-shot, of the wait for a KDL reply; lives on the main window
     Shell shell;
     Windows windows;  ///< last, so that the windows go before what they use
 

@@ -167,15 +167,15 @@ TEST_F(MainWindow, TheTerminalFollowsItsMovesAndItsHeight) {
 }
 
 TEST_F(MainWindow, TheOneShotTimersSetTheirFlagsAndStop) {
-    window.Timer1.enabled = true;
-    window.TimeOut.enabled = true;
-    window.Timer1.tick();
+    test.program.Timer1.enabled = true;
+    test.program.TimeOut.enabled = true;
+    test.program.Timer1.tick();
     EXPECT_TRUE(test.program.DelayElapsed);
-    EXPECT_FALSE(window.Timer1.enabled);
+    EXPECT_FALSE(test.program.Timer1.enabled);
     EXPECT_FALSE(test.program.TimeOutElapsed);
-    window.TimeOut.tick();
+    test.program.TimeOut.tick();
     EXPECT_TRUE(test.program.TimeOutElapsed);
-    EXPECT_FALSE(window.TimeOut.enabled);
+    EXPECT_FALSE(test.program.TimeOut.enabled);
 }
 
 TEST_F(MainWindow, EndsTheProgram) {

@@ -46,8 +46,8 @@ TEST(StartUp, StandsBesideTheTerminalAndSendsNothing) {
     EXPECT_EQ(window.geometry.top.get(), 0);
     EXPECT_TRUE(window.Timer2.enabled);
     EXPECT_EQ(window.Timer2.interval.get(), 500);
-    EXPECT_FALSE(window.Timer1.enabled);
-    EXPECT_FALSE(window.TimeOut.enabled);
+    EXPECT_FALSE(test.program.Timer1.enabled);
+    EXPECT_FALSE(test.program.TimeOut.enabled);
     EXPECT_TRUE(test.serial.openings.empty());
     EXPECT_TRUE(test.desktop.boxes.empty());
 }

@@ -1,6 +1,9 @@
 #include "support/fakedesktop.h"
 
+#include <algorithm>
+#include <stdexcept>
 #include <utility>
+
 namespace vek {
 
 namespace {
@@ -52,6 +55,40 @@ void FakeDesktop::processEvents() {
     if (onEvents) {
         onEvents();
     }
+}
+
+void FakeDesktop::run(Timer& timer) {
+    RunningTimer& running = timers_.emplace_back(RunningTimer{&timer, TimePoint::max(), {}});
+    running.enabled = timer.enabled.bind([this, &running](bool enabled) {
+        running.due = enabled ? clock_.now() + Milliseconds{running.timer->interval.get()} : TimePoint::max();
+    });
+}
+
+TimePoint FakeDesktop::wakeTime(TimePoint until) const {
+    for (const RunningTimer& running : timers_) {
+        until = std::min(until, running.due);
+    }
+    const auto input = nextInput ? nextInput() : std::nullopt;
+    return input ? std::min(until, *input) : until;
+}
+
+void FakeDesktop::tickDueTimers() {
+    for (RunningTimer& running : timers_) {
+        if (running.due <= clock_.now()) {
+            running.due = clock_.now() + Milliseconds{running.timer->interval.get()};
+            running.timer->tick();
+        }
+    }
+}
+
+void FakeDesktop::waitForEvents(TimePoint until) {
+    const TimePoint wake = wakeTime(until);
+    if (wake == TimePoint::max()) {
+        throw std::logic_error("a wait that nothing would end");
+    }
+    clock_.advanceTo(wake);
+    tickDueTimers();
+    processEvents();
 }
 
 void FakeFormHost::shown(Form& form) {

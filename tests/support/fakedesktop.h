@@ -2,11 +2,13 @@
 
 #include <deque>
 #include <functional>
+#include <list>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/controls.h"
 #include "platform/desktop.h"
 #include "platform/form.h"
 #include "program/windows.h"
@@ -17,7 +19,7 @@ namespace vek {
 /// A desktop without a screen: it writes down every message box and file dialog, and answers at once.
 class FakeDesktop final : public Desktop {
   public:
-    explicit FakeDesktop(const FakeClock& clock) : clock_(clock) {}
+    explicit FakeDesktop(FakeClock& clock) : clock_(clock) {}
 
     // What the test prepares.
 
@@ -39,10 +41,27 @@ class FakeDesktop final : public Desktop {
     MessageAnswer messageBox(const MessageBox& box) override;
     std::optional<std::string> chooseFile(const FileDialog& dialog) override;
     void processEvents() override;
+    void waitForEvents(TimePoint until = TimePoint::max()) override;
     TimePoint now() const override { return clock_.now(); }
 
+    /// Has waitForEvents() run the timer on the fake clock.
+    void run(Timer& timer);
+
+    /// When the next byte arrives on the line; wakes waitForEvents().
+    std::function<std::optional<TimePoint>()> nextInput;
+
   private:
-    const FakeClock& clock_;
+    struct RunningTimer {
+        Timer* timer;
+        TimePoint due;
+        Subscription enabled;
+    };
+
+    TimePoint wakeTime(TimePoint until) const;
+    void tickDueTimers();
+
+    FakeClock& clock_;
+    std::list<RunningTimer> timers_;
 };
 
 /// A box as one text: "Fehler|stop|ok|Datei-Pfad nicht gefunden".

@@ -29,6 +29,10 @@ void FakeSerial::hangUp() {
     sendings_.clear();
 }
 
+std::optional<TimePoint> FakeSerial::nextArrival() const {
+    return arrivals_.empty() ? std::nullopt : std::optional(arrivals_.front().time);
+}
+
 bool FakeSerial::setPortNumber(int number) {
     if (open_ || number < 1 || number > 16) {
         return false;

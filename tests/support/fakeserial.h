@@ -3,6 +3,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,8 @@ class FakeSerial final : public SerialControl {
     std::vector<Bytes> written;     ///< frames that reached the line
     std::vector<Bytes> lost;        ///< frames written to a closed port or without a device
     const std::string& settings() const { return settings_; }
+    /// When the next byte that has not arrived yet will.
+    std::optional<TimePoint> nextArrival() const;
 
     bool setPortNumber(int number) override;
     int portNumber() const override { return number_; }
@@ -61,6 +64,7 @@ class FakeSerial final : public SerialControl {
     std::size_t sendQueueCount() override;
     void waitSent() override;
     bool waitReceived(std::size_t count, TimePoint deadline) override;
+    int inputHandle() const override { return -1; }
     PortInfo portInfo(int number) const override;
 
   private:

@@ -35,7 +35,11 @@ struct TestProgram {
     Program program;
 
     explicit TestProgram(const NumberLocale& locale = {})
-        : program({desktop, host, serial, profileFiles, folders, locale}) {}
+        : program({desktop, host, serial, profileFiles, folders, locale}) {
+        desktop.run(program.Timer1);
+        desktop.run(program.TimeOut);
+        desktop.nextInput = [this] { return serial.nextArrival(); };
+    }
 
     /// COM3, 9600 baud, even parity, the device at address 3.
     void configure() {

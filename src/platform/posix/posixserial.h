@@ -32,6 +32,7 @@ class PosixSerial final : public SerialControl {
     std::size_t sendQueueCount() override;
     void waitSent() override;
     bool waitReceived(std::size_t count, TimePoint deadline) override;
+    int inputHandle() const override { return device_.get(); }
     PortInfo portInfo(int number) const override;
 
   private:

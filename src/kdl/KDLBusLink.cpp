@@ -1,0 +1,120 @@
+#include "kdl/KDLBusLink.h"
+
+#include "platform/leadingnumber.h"
+#include "platform/textcodec.h"
+#include "program/port.h"
+
+namespace vek {
+
+namespace {
+
+constexpr int pauseBeforeRequest = 5;  // milliseconds
+constexpr int replyTimeOut = 200;
+constexpr std::size_t maximumReply = 65536;  // what is beyond it, is noise
+constexpr Milliseconds sendQueueLook{1};
+constexpr Milliseconds sendLimit{2000};
+
+void startTimer(Timer& timer, int milliseconds) {
+    timer.enabled = false;
+    timer.interval = milliseconds;
+    timer.enabled = true;
+}
+
+/// A log line for each line of the text; an empty text leaves no line.
+void logText(Program& program, LogColor color, std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t end = text.find(kdlLineEnd);
+        program.terminalLog.append(color, LogForm::Text, text.substr(0, end));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 2);
+    }
+}
+
+/// Ends also when the line stands still, as it does when the adapter has been pulled out.
+void waitUntilSent(Program& program) {
+    const TimePoint limit = program.desktop.now() + sendLimit;
+    program.desktop.processEvents();
+    while (program.RS485.sendQueueCount() > 0 && program.desktop.now() < limit) {
+        program.desktop.waitForEvents(program.desktop.now() + sendQueueLook);
+    }
+}
+
+Bytes collectReply(Program& program) {
+    Bytes reply;
+    program.desktop.processEvents();
+    while (true) {
+        if (program.RS485.receivedCount() > 0) {
+            const Bytes input = program.RS485.readInput();
+            reply += input.substr(0, maximumReply - reply.size());
+        }
+        if (reply.ends_with(kdlLineEnd) || program.TimeOutElapsed) {
+            return reply;
+        }
+        program.desktop.waitForEvents();
+    }
+}
+
+}  // namespace
+
+void KdlOpenPort(Program& program) {
+    if (program.RS485.isOpen()) {
+        showPortMissing(program);
+        return;
+    }
+    if (selectConfiguredPort(program)) {
+        program.RS485.open();
+    }
+}
+
+void KdlClosePort(Program& program) {
+    program.RS485.close();
+}
+
+void KdlSetAddress(Program& program, std::string_view addressText) {
+    const auto prefix = kdlPrefix(windows1252FromUtf8(addressText));
+    if (!prefix) {
+        program.KdlAddressPrefix = blankKdlPrefix;
+        program.windows.closeAll();
+        return;
+    }
+    program.KdlAddressPrefix = *prefix;
+    program.DeviceAddress = static_cast<std::uint8_t>(wholeNumber(leadingNumber(addressText), 0, 255));
+}
+
+Bytes KdlTransact(Program& program, std::string_view command) {
+    Bytes request = program.KdlAddressPrefix + Bytes(command);
+    KdlAppendChecksum(request);
+    program.RS485.readInput();
+    DelayMs(program, pauseBeforeRequest);
+    logText(program, LogColor::Black, request);
+    program.RS485.writeOutput(request);
+    waitUntilSent(program);
+    StartTimeOut(program, replyTimeOut);
+    Bytes reply = collectReply(program);
+    StopTimeOut(program);
+    logText(program, LogColor::Blue, reply);
+    if (!reply.ends_with(kdlLineEnd)) {
+        return kdlTimeOutError;
+    }
+    reply.resize(reply.size() - 2);
+    return kdlPayload(reply);
+}
+
+void DelayMs(Program& program, int milliseconds) {
+    program.DelayElapsed = false;
+    startTimer(program.Timer1, milliseconds);
+    while (!program.DelayElapsed) {
+        program.desktop.waitForEvents();
+    }
+}
+
+void StartTimeOut(Program& program, int milliseconds) {
+    program.TimeOutElapsed = false;
+    startTimer(program.TimeOut, milliseconds);
+}
+
+void StopTimeOut(Program& program) {
+    program.TimeOut.enabled = false;
+    program.TimeOutElapsed = false;
+}
+
+}  // namespace vek

@@ -1,0 +1,63 @@
+#include "kdl/kdlframe.h"
+
+#include <algorithm>
+#include <array>
+
+namespace vek {
+
+namespace {
+
+constexpr std::size_t headerLength = 6;
+
+/// Trailer for a checksum c up to `last`: two fixed characters (or one) and the character with code c +
+/// offset, so that all of them are printable.
+struct TrailerRow {
+    int last;
+    const char* fixed;
+    int offset;
+};
+
+constexpr std::array<TrailerRow, 5> trailerRows = {{
+    {56, "dZ", 66},
+    {110, "zz", 12},
+    {160, "(", -40},
+    {214, "00", -96},
+    {255, "KK", -150},
+}};
+
+std::string trailer(int checksum) {
+    const auto* const row = std::find_if(trailerRows.begin(), trailerRows.end(),
+                                         [&](const TrailerRow& each) { return checksum <= each.last; });
+    return row->fixed + std::string(1, static_cast<char>(checksum + row->offset));
+}
+
+int checksumOf(std::string_view text) {
+    unsigned sum = 0;
+    for (const char character : text) {
+        sum += static_cast<unsigned char>(character);
+    }
+    return static_cast<int>((256 - sum % 256) % 256);
+}
+
+}  // namespace
+
+std::optional<std::string> kdlPrefix(std::string_view addressText) {
+    addressText.remove_prefix(std::min(addressText.find_first_not_of(' '), addressText.size()));
+    if (addressText.empty() || addressText.size() > 3) {
+        return std::nullopt;
+    }
+    return ":;" + std::string(3 - addressText.size(), '0') + std::string(addressText);
+}
+
+void KdlAppendChecksum(Bytes& request) {
+    request += '&';
+    request += trailer(checksumOf(request));
+    request += kdlLineEnd;
+}
+
+Bytes kdlPayload(const Bytes& reply) {
+    const std::size_t end = reply.find('&');
+    return end == Bytes::npos || end < headerLength ? reply : reply.substr(headerLength, end - headerLength);
+}
+
+}  // namespace vek
