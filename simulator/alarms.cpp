@@ -79,7 +79,7 @@ struct AlarmRow {
     bool (*condition)(const Measurement&, const ParameterSet&, bool active);
 };
 
-// Of several alarms of one channel the later row wins.
+// In the order of AlarmId. Of several alarms of one channel the later row wins.
 constexpr std::array<AlarmRow, 11> alarmRows{{
     {Insulation, None, preAlarm, InsulationFault, insulationWarning},
     {Insulation, None, alarm, InsulationFault, insulationAlarm},

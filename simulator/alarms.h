@@ -26,6 +26,21 @@ class Measurement {
     std::array<double, quantityCount> values_{};
 };
 
+// The alarms that a device judges by what it measures.
+enum class AlarmId : std::uint8_t {
+    InsulationWarning,
+    InsulationAlarm,
+    ImpedanceWarning,
+    ImpedanceAlarm,
+    Undervoltage,
+    Overvoltage,
+    RmsUndervoltage,
+    RmsOvervoltage,
+    CrossFault,
+    BatteryLow,
+    BatteryHigh,
+};
+
 // An alarm that comes after its condition has held for the response delay and goes after the condition
 // has been gone for the release delay, or not before it is cleared when it latches.
 class DelayedAlarm {
@@ -59,6 +74,7 @@ class Alarms {
     // Judges one measuring cycle. Times must not run backwards.
     void update(const Measurement& measurement, const ParameterSet& parameters, Time now);
     void clear();
+    bool isActive(AlarmId id) const { return alarms_.at(static_cast<std::size_t>(id)).isActive(); }
     // The most severe active alarm of the channel that carries this quantity.
     AlarmDisplay of(Quantity quantity) const;
 

@@ -15,14 +15,6 @@ constexpr Time selfTestDuration = 5s;
 constexpr Time calibrationDuration = 10s;
 constexpr double counterModulus = 65536.0;
 
-constexpr std::uint16_t internalTest = 0x4000;
-constexpr std::uint16_t externalTest = 0x8000;
-
-constexpr std::uint16_t rangeValid = 0x00;
-constexpr std::uint16_t rangeSmaller = 0x40;
-constexpr std::uint16_t rangeGreater = 0x80;
-constexpr std::uint16_t rangeInvalid = 0xC0;
-
 constexpr double smallestResistance = 1000.0;
 // A fault can be placed only while it stands out from the healthy leakage: below this part of the measuring
 // range.
@@ -35,8 +27,17 @@ constexpr std::uint16_t unitVolt = 4;
 constexpr std::uint16_t unitPercent = 5;
 constexpr std::uint16_t unitFarad = 8;
 
-constexpr AlarmDisplay deviceFaultDisplay{deviceFault, 115};
-constexpr AlarmDisplay mainsConnectionDisplay{warning, 101};
+// Where a condition shows; a warning gives way to an alarm there, a device fault does not.
+struct ConditionRow {
+    bool Conditions::*flag;
+    Quantity shownAt;
+    AlarmDisplay display;
+};
+constexpr std::array<ConditionRow, 3> conditionRows{{
+    {&Conditions::warning, Voltage, {warning, 101}},
+    {&Conditions::earthWarning, Insulation, {warning, 102}},
+    {&Conditions::deviceFault, Insulation, {deviceFault, 115}},
+}};
 
 struct QuantityRow {
     std::uint16_t unit;
@@ -80,7 +81,8 @@ Device::Device(const DeviceOptions& options, Time start)
       selfTestEnd_(start),
       calibrationEnd_(start) {
     parameters_.set(Parameter::Address, options.address);
-    parameters_.set(Parameter::BaudCode, baudCode(options.baudRate).value_or(0));
+    parameters_.set(Parameter::BaudCode,
+                    options.kdl ? kdlBaudCode : baudCode(options.baudRate).value_or(kdlBaudCode));
     parameters_.set(Parameter::Parity, options.parity);
     advance(start);
 }
@@ -157,13 +159,28 @@ Channel Device::channel(std::size_t index) const {
             pin.description.value_or(channel.description)};
 }
 
-AlarmDisplay Device::alarmDisplay(Quantity quantity) const {
-    if (conditions_.deviceFault && quantity == Insulation) {
-        return deviceFaultDisplay;
+std::optional<Channel> Device::channelOf(Quantity quantity) const {
+    const auto* found = std::ranges::find(type_.channels, quantity);
+    if (quantity == None || found == type_.channels.end()) {
+        return std::nullopt;
     }
-    const AlarmDisplay display = alarms_.of(quantity);
-    return conditions_.warning && quantity == Voltage && display.state == noAlarm ? mainsConnectionDisplay
-                                                                                  : display;
+    return channel(static_cast<std::size_t>(found - type_.channels.begin()));
+}
+
+AlarmDisplay Device::alarmDisplay(Quantity quantity) const {
+    AlarmDisplay display = alarms_.of(quantity);
+    for (const ConditionRow& row : conditionRows) {
+        const bool shows = display.state == noAlarm || row.display.state == deviceFault;
+        if (conditions_.*row.flag && row.shownAt == quantity && shows) {
+            display = row.display;
+        }
+    }
+    return display;
+}
+
+bool Device::isAlarmActive(AlarmId id) const {
+    const bool ofInsulation = id == AlarmId::InsulationWarning || id == AlarmId::InsulationAlarm;
+    return alarms_.isActive(id) && !(ofInsulation && conditions_.deviceFault);
 }
 
 std::uint16_t Device::testState() const {

@@ -17,6 +17,7 @@ namespace vek::sim {
 struct Conditions {
     bool deviceFault = false;   // the device has found itself faulty and does not measure insulation any more
     bool warning = false;       // the connection to the mains is reported as interrupted
+    bool earthWarning = false;  // the connection to earth is reported as interrupted
     bool externalTest = false;  // somebody holds the external test button
 };
 
@@ -25,11 +26,22 @@ struct DeviceOptions {
     std::string name;  // what the device calls itself, up to 20 bytes; empty for the article name of the type
     std::uint16_t address = 3;
     int baudRate = 9600;  // one of the rates of baudCode()
+    bool kdl = false;     // on the KDL bus from the start, whatever `baudRate`
     std::uint16_t parity = 2;
     std::uint32_t seed = 1;
     double speed = 1.0;  // how much faster than the clock the installation lives, above 0
     Conditions conditions;
 };
+
+// Range field of a channel's status word.
+inline constexpr std::uint16_t rangeMask = 0xC0;
+inline constexpr std::uint16_t rangeValid = 0x00;
+inline constexpr std::uint16_t rangeSmaller = 0x40;
+inline constexpr std::uint16_t rangeGreater = 0x80;
+inline constexpr std::uint16_t rangeInvalid = 0xC0;
+// Test field of a channel's status word.
+inline constexpr std::uint16_t internalTest = 0x4000;
+inline constexpr std::uint16_t externalTest = 0x8000;
 
 // A measurement channel as the device publishes it.
 struct Channel {
@@ -71,6 +83,11 @@ class Device {
     SoftwareId softwareId() const;
     // Channel 0..8 as of the last advance().
     Channel channel(std::size_t index) const;
+    // The channel that carries this quantity, or nothing when the type has none.
+    std::optional<Channel> channelOf(Quantity quantity) const;
+    bool isAlarmActive(AlarmId id) const;
+    // internalTest, externalTest or 0.
+    std::uint16_t testState() const;
     ParameterSet& parameters() { return parameters_; }
     const ParameterSet& parameters() const { return parameters_; }
     InterfaceSettings busSettings() const { return parameters_.busSettings(); }
@@ -84,6 +101,7 @@ class Device {
     bool startCalibration();
     bool isCalibrating() const { return now_ < calibrationEnd_; }
 
+    const Conditions& conditions() const { return conditions_; }
     void setConditions(const Conditions& conditions) { conditions_ = conditions; }
     // Pins channel 0..8; an empty pin gives the channel back to the device.
     void pin(std::size_t index, const ChannelPin& pin) { pins_.at(index) = pin; }
@@ -92,7 +110,6 @@ class Device {
     void runCycle(Time now);
     void measure(double seconds);
     double impedance(double resistance, double capacitance) const;
-    std::uint16_t testState() const;
     std::uint16_t rangeState(Quantity quantity) const;
     AlarmDisplay alarmDisplay(Quantity quantity) const;
     double limitOf(Quantity quantity) const;

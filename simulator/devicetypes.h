@@ -32,6 +32,8 @@ constexpr TypeSet typeSet(Numbers... numbers) {
     return static_cast<TypeSet>(((1 << numbers) | ...));
 }
 inline constexpr TypeSet allTypes = 0x07FE;
+// Those that can be calibrated over the bus.
+inline constexpr TypeSet calibratedTypes = allTypes & ~typeSet(9);
 
 // One model of the family, together with an installation that suits it.
 struct DeviceType {

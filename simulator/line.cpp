@@ -17,7 +17,8 @@ constexpr std::uint8_t broadcastAddress = 0;
 SimulatedLine::SimulatedLine(const LineOptions& options, Time start)
     : options_(options),
       device_(options.device, start),
-      slave_(device_),
+      modbus_(device_),
+      kdl_(device_),
       faults_(options.device.seed),
       settings_(device_.busSettings()),
       receivedUntil_(start),
@@ -28,9 +29,8 @@ SimulatedLine::SimulatedLine(const LineOptions& options, Time start)
     }
 }
 
-// Start bit, eight data bits, parity if there is one, stop bit.
 Time SimulatedLine::characterTime() const {
-    return settings_.baudRate == 0 ? Time{} : Time(1s) * (settings_.parity ? 11 : 10) / settings_.baudRate;
+    return Time(1s) * settings_.bitsPerCharacter / settings_.baudRate;
 }
 
 Time SimulatedLine::frameGap() const {
@@ -40,86 +40,135 @@ Time SimulatedLine::frameGap() const {
 void SimulatedLine::receive(std::span<const std::uint8_t> bytes, Time now) {
     endFrameBySilence(now);
     const bool understood = !masterBaudRate_.has_value() || *masterBaudRate_ == settings_.baudRate;
-    if (isDown(now) || !understood || settings_.baudRate == 0 || bytes.empty()) {
+    if (isDown(now) || !understood || bytes.empty()) {
         return;
     }
     const Time perByte = options_.pace ? characterTime() : Time{};
     receivedUntil_ = std::max(receivedUntil_, now) + perByte * static_cast<Time::rep>(bytes.size());
-    spoiled_ = spoiled_ || received_.size() + bytes.size() > longestFrame;
-    if (!spoiled_) {
-        received_.insert(received_.end(), bytes.begin(), bytes.end());
-        takeCompleteFrame();
+    received_.insert(received_.end(), bytes.begin(), bytes.end());
+    if (protocol() == Protocol::Kdl) {
+        takeKdl();
+    } else {
+        takeModbus();
     }
 }
 
 // The known requests tell their length, so that a reply need not wait for the silence after them. Anything
 // else (a wrong CRC, a byte too many, an unknown function) lies there until silence ends it.
-void SimulatedLine::takeCompleteFrame() {
-    if (requestLength(received_) == received_.size() && hasValidCrc(received_)) {
-        handle(std::exchange(received_, {}), receivedUntil_);
+void SimulatedLine::takeModbus() {
+    spoiled_ = spoiled_ || received_.size() > longestFrame;
+    if (spoiled_) {
+        received_.clear();
+    } else if (requestLength(received_) == received_.size() && hasValidCrc(received_)) {
+        handleModbus(std::exchange(received_, {}), receivedUntil_);
     }
 }
 
+// A line ends with its CR LF however long that takes.
+void SimulatedLine::takeKdl() {
+    while (protocol() == Protocol::Kdl) {
+        const auto end =
+            std::search(received_.begin(), received_.end(), kdlLineEnd.begin(), kdlLineEnd.end());
+        if (end == received_.end()) {
+            break;
+        }
+        const Bytes line(received_.begin(), end);
+        received_.erase(received_.begin(), end + kdlLineEnd.size());
+        const auto request = parseKdlRequest(line);
+        if (request.has_value() && request->address == settings_.address) {
+            handleKdl(*request, line, receivedUntil_);
+        }
+    }
+    if (received_.size() > longestFrame) {
+        received_.erase(received_.begin(), received_.end() - longestFrame);
+    }
+}
+
+bool SimulatedLine::awaitsSilence() const {
+    return protocol() == Protocol::Modbus && (spoiled_ || !received_.empty());
+}
+
 void SimulatedLine::endFrameBySilence(Time now) {
-    if ((received_.empty() && !spoiled_) || now < receivedUntil_ + frameGap()) {
+    if (!awaitsSilence() || now < receivedUntil_ + frameGap()) {
         return;
     }
     const Bytes frame = std::exchange(received_, {});
     const bool unknownFunction = !requestLength(frame).has_value();
     if (!std::exchange(spoiled_, false) && unknownFunction && hasValidCrc(frame)) {
-        handle(frame, receivedUntil_);
+        handleModbus(frame, receivedUntil_);
     }
 }
 
-void SimulatedLine::handle(const Bytes& frame, Time end) {
+void SimulatedLine::handleModbus(const Bytes& frame, Time end) {
     const RequestHead head = parseHead(frame);
     const bool forMe = head.address == settings_.address;
     if (!forMe && head.address != broadcastAddress) {
         return;
     }
-    if (observer_) {
-        observer_(Direction::ToDevice, frame);
-    }
-    device_.advance(end);
-    if (forMe) {
-        respond(head, frame, end);
-    } else if (head.isWrite()) {
-        slave_.answer(frame);
+    begin(frame, end);
+    if (!forMe) {
+        if (head.isWrite()) {
+            modbus_.answer(frame);
+        }
+    } else if (const auto effects = admit({head, {}}, end)) {
+        reply(effects->exception.has_value() ? ModbusSlave::exceptionReply(head, *effects->exception)
+                                             : modbus_.answer(frame),
+              *effects, end);
     }
     // The reply has still been timed by the old settings; from here on the new ones count.
     settings_ = device_.busSettings();
 }
 
-void SimulatedLine::respond(const RequestHead& head, const Bytes& frame, Time end) {
-    const FaultEffects effects = faults_.strike(head);
+void SimulatedLine::handleKdl(const KdlRequest& request, const Bytes& line, Time end) {
+    begin(line, end);
+    if (const auto effects = admit({{}, request.command}, end)) {
+        const std::string text = kdlReply(settings_.address, effects->exception.has_value()
+                                                                 ? KdlSlave::refusal(*effects->exception)
+                                                                 : kdl_.answer(request.command));
+        reply(Bytes(text.begin(), text.end()), *effects, end);
+    }
+    settings_ = device_.busSettings();
+}
+
+void SimulatedLine::begin(const Bytes& frame, Time end) {
+    if (observer_) {
+        observer_(Direction::ToDevice, frame);
+    }
+    device_.advance(end);
+}
+
+// What happens to a request, or nothing when it does not even reach the device.
+std::optional<FaultEffects> SimulatedLine::admit(const LineRequest& request, Time end) {
+    const FaultEffects effects = faults_.strike(request);
     if (effects.hangUp.has_value()) {
         hangUp(end, *effects.hangUp);
-        return;
     }
-    if (effects.silent) {
-        return;
-    }
-    Bytes reply = effects.exception.has_value() ? ModbusSlave::exceptionReply(head, *effects.exception)
-                                                : slave_.answer(frame);
-    faults_.spoil(reply, effects);
+    return effects.hangUp.has_value() || effects.silent ? std::nullopt : std::optional(effects);
+}
+
+void SimulatedLine::reply(Bytes bytes, const FaultEffects& effects, Time end) {
+    schedule(faults_.noise(effects.earlyNoise, protocol()), end, {});
+    faults_.spoil(bytes, effects, protocol());
     if (observer_) {
-        observer_(Direction::FromDevice, reply);
+        observer_(Direction::FromDevice, bytes);
     }
-    const Time gap = options_.pace ? frameGap() : Time{};
-    schedule(reply, end + std::max(options_.turnaround, gap) + effects.delay);
+    // Silence is what tells Modbus frames apart, so a reply has to leave some.
+    const Time gap = options_.pace && protocol() == Protocol::Modbus ? frameGap() : Time{};
+    schedule(bytes, end + std::max(options_.turnaround, gap) + effects.delay, effects.byteGap);
 }
 
 void SimulatedLine::hangUp(Time now, Time duration) {
     down_ = true;
     downUntil_ = now + duration;
+    received_.clear();
     output_.clear();
     outputEnd_ = downUntil_;
 }
 
-void SimulatedLine::schedule(const Bytes& reply, Time start) {
-    const Time perByte = options_.pace ? characterTime() : Time{};
+void SimulatedLine::schedule(const Bytes& bytes, Time start, Time gap) {
+    const Time perByte = gap + (options_.pace ? characterTime() : Time{});
     outputEnd_ = std::max(outputEnd_, start);
-    for (const std::uint8_t byte : reply) {
+    for (const std::uint8_t byte : bytes) {
         outputEnd_ += perByte;
         output_.push_back({outputEnd_, byte});
     }
@@ -131,7 +180,7 @@ std::optional<Time> SimulatedLine::nextEvent() const {
     if (!output_.empty()) {
         consider(output_.front().due);
     }
-    if (!received_.empty() || spoiled_) {
+    if (awaitsSilence()) {
         consider(receivedUntil_ + frameGap());
     }
     if (down_) {

@@ -8,6 +8,8 @@
 #include <vector>
 
 #include "simulator/device.h"
+#include "simulator/kdlframe.h"
+#include "simulator/kdlslave.h"
 #include "simulator/linefaults.h"
 #include "simulator/modbusslave.h"
 #include "simulator/time.h"
@@ -21,7 +23,7 @@ struct LineOptions {
     bool pace = false;
     // From the end of a request to the start of its reply.
     Time turnaround = std::chrono::milliseconds(5);
-    // A gap of this length ends a frame; never less than 3.5 characters or 1.75 ms.
+    // A gap of this length ends a Modbus frame; never less than 3.5 characters or 1.75 ms.
     Time frameGap{};
 };
 
@@ -61,6 +63,8 @@ class SimulatedLine {
     void setMasterBaudRate(std::optional<int> baudRate) { masterBaudRate_ = baudRate; }
     void setObserver(Observer observer) { observer_ = std::move(observer); }
 
+    // What the device speaks. To an observer: the protocol of the frame it sees.
+    Protocol protocol() const { return settings_.protocol; }
     Device& device() { return device_; }
     FaultPlan& faults() { return faults_; }
 
@@ -73,15 +77,21 @@ class SimulatedLine {
     Time characterTime() const;
     Time frameGap() const;
     void endFrameBySilence(Time now);
-    void takeCompleteFrame();
-    void handle(const Bytes& frame, Time end);
-    void respond(const RequestHead& head, const Bytes& frame, Time end);
+    bool awaitsSilence() const;
+    void takeModbus();
+    void takeKdl();
+    void handleModbus(const Bytes& frame, Time end);
+    void handleKdl(const KdlRequest& request, const Bytes& line, Time end);
+    void begin(const Bytes& frame, Time end);
+    std::optional<FaultEffects> admit(const LineRequest& request, Time end);
+    void reply(Bytes bytes, const FaultEffects& effects, Time end);
     void hangUp(Time now, Time duration);
-    void schedule(const Bytes& reply, Time start);
+    void schedule(const Bytes& bytes, Time start, Time gap);
 
     LineOptions options_;
     Device device_;
-    ModbusSlave slave_;
+    ModbusSlave modbus_;
+    KdlSlave kdl_;
     FaultPlan faults_;
     Observer observer_;
     std::optional<int> masterBaudRate_;

@@ -4,6 +4,7 @@
 #include <array>
 #include <sstream>
 
+#include "simulator/kdlframe.h"
 #include "simulator/numbers.h"
 
 namespace vek::sim {
@@ -17,13 +18,17 @@ struct KindRow {
     std::string_view meaning;
 };
 
-constexpr std::array<KindRow, 9> kinds{{
+constexpr std::array<KindRow, 12> kinds{{
     {FaultKind::Silence, "silence", "", 0, "the request is not heard and not answered"},
     {FaultKind::Late, "late", "ms", 3.6e6, "the reply comes late"},
-    {FaultKind::WrongCrc, "crc", "", 0, "the reply has a wrong CRC"},
+    {FaultKind::Slow, "slow", "ms", 3.6e6, "the bytes of the reply come one by one, so far apart"},
+    {FaultKind::WrongCrc, "crc", "", 0, "the reply has a wrong CRC, on the KDL bus a wrong trailer"},
     {FaultKind::Cut, "cut", "bytes", 255, "the reply ends after so many bytes"},
-    {FaultKind::Noise, "noise", "bytes", 255, "so many arbitrary bytes come before the reply"},
-    {FaultKind::Exception, "exception", "code", 255, "the request is refused with this exception code"},
+    {FaultKind::Unended, "unended", "", 0, "the reply lacks its CR LF (KDL bus)"},
+    {FaultKind::Noise, "noise", "bytes", 255, "so many arbitrary bytes come right before the reply"},
+    {FaultKind::Early, "early", "bytes", 255,
+     "so many arbitrary bytes come at once, before the reply is due"},
+    {FaultKind::Exception, "exception", "code", 255, "the request is refused with this code"},
     {FaultKind::Lacks, "lacks", "register", 65535, "the register is missing (exception 2)"},
     {FaultKind::Refuses, "refuses", "register", 65535, "writing the register is refused (exception 3)"},
     {FaultKind::HangUp, "hangup", "s", 3600,
@@ -36,18 +41,32 @@ const KindRow& rowOf(FaultKind kind) {
 
 struct Limit {
     std::string_view name;
-    void (*apply)(LineFault&, unsigned);
-    unsigned min;
-    unsigned max;
+    // Returns whether the value was good.
+    bool (*apply)(LineFault&, std::string_view value);
 };
 
+bool limitRegister(LineFault& fault, std::string_view value) {
+    fault.reg = parseNumber<std::uint16_t>(value, 0, 65535);
+    return fault.reg.has_value();
+}
+
+bool limitCommand(LineFault& fault, std::string_view value) {
+    fault.command = value;
+    return !value.empty();
+}
+
 constexpr unsigned manyRequests = 1'000'000'000;
-constexpr std::array<Limit, 4> limits{{
-    {"register", [](LineFault& fault, unsigned n) { fault.reg = static_cast<std::uint16_t>(n); }, 0, 65535},
-    {"every", [](LineFault& fault, unsigned n) { fault.every = n; }, 1, manyRequests},
-    {"from", [](LineFault& fault, unsigned n) { fault.from = n; }, 1, manyRequests},
-    {"times", [](LineFault& fault, unsigned n) { fault.times = n; }, 1, manyRequests},
-}};
+
+template <unsigned LineFault::*member>
+bool limitCount(LineFault& fault, std::string_view value) {
+    return readNumber(value, 1U, manyRequests, fault.*member);
+}
+
+constexpr std::array<Limit, 5> limits{{{"register", limitRegister},
+                                       {"command", limitCommand},
+                                       {"every", limitCount<&LineFault::every>},
+                                       {"from", limitCount<&LineFault::from>},
+                                       {"times", limitCount<&LineFault::times>}}};
 
 struct Setting {
     std::string_view name;
@@ -89,12 +108,7 @@ std::string applyLimit(LineFault& fault, const Setting& setting) {
     if (limit == limits.end()) {
         return "unknown fault condition " + quoted(setting.name);
     }
-    const auto number = parseNumber(setting.value, limit->min, limit->max);
-    if (!number.has_value()) {
-        return "fault condition " + quoted(setting.name) + " needs a number";
-    }
-    limit->apply(fault, *number);
-    return "";
+    return limit->apply(fault, setting.value) ? "" : "bad value for fault condition " + quoted(setting.name);
 }
 
 void addEffect(FaultEffects& effects, const LineFault& fault) {
@@ -106,11 +120,20 @@ void addEffect(FaultEffects& effects, const LineFault& fault) {
         case FaultKind::Late:
             effects.delay += fromSeconds(fault.amount / 1000.0);
             break;
+        case FaultKind::Slow:
+            effects.byteGap = fromSeconds(fault.amount / 1000.0);
+            break;
         case FaultKind::WrongCrc:
-            effects.wrongCrc = true;
+            effects.wrongChecksum = true;
             break;
         case FaultKind::Cut:
             effects.cutAfter = count;
+            break;
+        case FaultKind::Unended:
+            effects.unended = true;
+            break;
+        case FaultKind::Early:
+            effects.earlyNoise += count;
             break;
         case FaultKind::Noise:
             effects.noise += count;
@@ -128,6 +151,25 @@ void addEffect(FaultEffects& effects, const LineFault& fault) {
             effects.hangUp = fromSeconds(fault.amount);
             break;
     }
+}
+
+bool fits(const LineFault& fault, const LineRequest& request) {
+    if ((fault.reg.has_value() && !request.head.touches(*fault.reg)) ||
+        (fault.kind == FaultKind::Refuses && !request.head.isWrite())) {
+        return false;
+    }
+    return fault.command.empty() || request.command.starts_with(":" + fault.command);
+}
+
+// What spoiling a reply has to know of its protocol.
+struct ReplyForm {
+    std::size_t endLength;   // of what follows the checksum
+    std::uint8_t wrongBits;  // turned over in the last byte of the checksum, which stays a character
+    std::uint8_t codeBits;   // that a character can carry
+};
+
+ReplyForm formOf(Protocol protocol) {
+    return protocol == Protocol::Kdl ? ReplyForm{kdlLineEnd.size(), 0x01, 0x7F} : ReplyForm{0, 0xFF, 0xFF};
 }
 
 }  // namespace
@@ -158,6 +200,9 @@ std::string describe(const LineFault& fault) {
     if (fault.reg.has_value() && row.unit != "register") {
         text << ", requests for register " << *fault.reg << " only";
     }
+    if (!fault.command.empty()) {
+        text << ", requests that begin with :" << fault.command << " only";
+    }
     if (fault.every > 1) {
         text << ", one request in " << fault.every;
     }
@@ -183,10 +228,9 @@ std::string faultHelp() {
     return text.str();
 }
 
-bool FaultPlan::strikes(Entry& entry, const RequestHead& head) {
+bool FaultPlan::strikes(Entry& entry, const LineRequest& request) {
     const LineFault& fault = entry.fault;
-    if ((fault.reg.has_value() && !head.touches(*fault.reg)) ||
-        (fault.kind == FaultKind::Refuses && !head.isWrite())) {
+    if (!fits(fault, request)) {
         return false;
     }
     ++entry.requests;
@@ -198,24 +242,33 @@ bool FaultPlan::strikes(Entry& entry, const RequestHead& head) {
     return true;
 }
 
-FaultEffects FaultPlan::strike(const RequestHead& head) {
+FaultEffects FaultPlan::strike(const LineRequest& request) {
     FaultEffects effects;
     for (Entry& entry : faults_) {
-        if (strikes(entry, head)) {
+        if (strikes(entry, request)) {
             addEffect(effects, entry.fault);
         }
     }
     return effects;
 }
 
-void FaultPlan::spoil(Bytes& reply, const FaultEffects& effects) {
-    if (effects.wrongCrc && !reply.empty()) {
-        reply.back() = static_cast<std::uint8_t>(~reply.back());
+void FaultPlan::spoil(Bytes& reply, const FaultEffects& effects, Protocol protocol) {
+    const ReplyForm form = formOf(protocol);
+    const std::size_t checksumEnd = reply.size() - form.endLength;
+    if (effects.wrongChecksum) {
+        reply[checksumEnd - 1] ^= form.wrongBits;
     }
-    reply.resize(std::min(reply.size(), effects.cutAfter.value_or(reply.size())));
-    Bytes noise(effects.noise);
-    std::ranges::generate(noise, [this] { return static_cast<std::uint8_t>(random_()); });
-    reply.insert(reply.begin(), noise.begin(), noise.end());
+    const std::size_t length = effects.unended ? checksumEnd : reply.size();
+    reply.resize(std::min(length, effects.cutAfter.value_or(length)));
+    const Bytes before = noise(effects.noise, protocol);
+    reply.insert(reply.begin(), before.begin(), before.end());
+}
+
+Bytes FaultPlan::noise(std::size_t count, Protocol protocol) {
+    Bytes bytes(count);
+    const unsigned bits = formOf(protocol).codeBits;
+    std::ranges::generate(bytes, [&] { return static_cast<std::uint8_t>(random_() & bits); });
+    return bytes;
 }
 
 }  // namespace vek::sim

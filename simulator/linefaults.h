@@ -16,28 +16,39 @@ namespace vek::sim {
 enum class FaultKind : std::uint8_t {
     Silence,    // the request is not heard at all
     Late,       // the reply comes `amount` milliseconds late
-    WrongCrc,   // the reply is carried out and sent with a wrong CRC
+    Slow,       // the bytes of the reply come one by one with `amount` milliseconds between them
+    WrongCrc,   // the request is carried out and its reply sent with a wrong CRC or trailer
     Cut,        // only the first `amount` bytes of the reply are sent
+    Unended,    // the reply lacks its CR LF, if it has one
     Noise,      // `amount` arbitrary bytes come right before the reply
+    Early,      // `amount` arbitrary bytes come as soon as the request has been heard
     Exception,  // the request is not carried out but refused with code `amount`
     Lacks,      // as if the register did not exist
     Refuses,    // as if the register took no value
     HangUp,     // the line breaks at the request and is back after `amount` seconds
 };
 
-// Something that goes wrong on the line, and with which requests it does. The requests that fit `reg` are
-// counted from 1; of these the fault strikes from the `from`th on, each one whose number divides by `every`,
-// and no more than `times` times (0: no limit).
+// What a fault can be meant for: the head of a Modbus request or the command of a KDL request.
+struct LineRequest {
+    RequestHead head;
+    std::string_view command;
+};
+
+// Something that goes wrong on the line, and with which requests it does. The requests that fit `reg` and
+// `command` are counted from 1; of these the fault strikes from the `from`th on, each one whose number
+// divides by `every`, and no more than `times` times (0: no limit).
 struct LineFault {
     FaultKind kind = FaultKind::Silence;
     double amount = 0;
     std::optional<std::uint16_t> reg;
+    std::string command{};  // how a KDL command begins after its ":"; empty for all requests
     unsigned every = 1;
     unsigned from = 1;
     unsigned times = 0;
 };
 
-// Reads KIND[=AMOUNT][,register=R][,every=N][,from=M][,times=K]. Returns what is wrong with it as a text.
+// Reads KIND[=AMOUNT][,register=R][,command=C][,every=N][,from=M][,times=K]. Returns what is wrong with it as
+// a text.
 std::variant<LineFault, std::string> parseFault(std::string_view text);
 // One English phrase for a summary.
 std::string describe(const LineFault& fault);
@@ -48,9 +59,12 @@ std::string faultHelp();
 struct FaultEffects {
     bool silent = false;
     Time delay{};
-    bool wrongCrc = false;
+    Time byteGap{};
+    bool wrongChecksum = false;
     std::optional<std::size_t> cutAfter;
+    bool unended = false;
     std::size_t noise = 0;
+    std::size_t earlyNoise = 0;
     std::optional<std::uint8_t> exception;
     std::optional<Time> hangUp;
 };
@@ -63,9 +77,11 @@ class FaultPlan {
     void add(const LineFault& fault) { faults_.push_back({fault}); }
     void clear() { faults_.clear(); }
     // Counts the request and returns what strikes it.
-    FaultEffects strike(const RequestHead& head);
-    // Spoils the bytes of a reply. The noise repeats from run to run.
-    void spoil(Bytes& reply, const FaultEffects& effects);
+    FaultEffects strike(const LineRequest& request);
+    // Spoils the bytes of a reply.
+    void spoil(Bytes& reply, const FaultEffects& effects, Protocol protocol);
+    // Arbitrary bytes as the protocol's characters can carry them; they repeat from run to run.
+    Bytes noise(std::size_t count, Protocol protocol);
 
   private:
     struct Entry {
@@ -73,7 +89,7 @@ class FaultPlan {
         unsigned requests = 0;
         unsigned strikes = 0;
     };
-    static bool strikes(Entry& entry, const RequestHead& head);
+    static bool strikes(Entry& entry, const LineRequest& request);
 
     std::vector<Entry> faults_;
     std::mt19937 random_;

@@ -17,4 +17,12 @@ std::optional<Number> parseNumber(std::string_view text, Number min, Number max)
     return whole && number >= min && number <= max ? std::optional(number) : std::nullopt;
 }
 
+// Reads such a number into the target; returns whether there was one and leaves the target alone otherwise.
+template <typename Number>
+bool readNumber(std::string_view text, Number min, Number max, Number& target) {
+    const auto number = parseNumber(text, min, max);
+    target = number.value_or(target);
+    return number.has_value();
+}
+
 }  // namespace vek::sim

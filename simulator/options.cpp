@@ -11,13 +11,6 @@ namespace {
 
 constexpr std::size_t longestName = 20;
 
-template <typename Number>
-bool readNumber(std::string_view text, Number min, Number max, Number& target) {
-    const auto number = parseNumber(text, min, max);
-    target = number.value_or(target);
-    return number.has_value();
-}
-
 bool setName(ProgramOptions& options, std::string_view text) {
     options.line.device.name = text;
     return !text.empty() && text.size() <= longestName;
@@ -39,8 +32,9 @@ bool setState(ProgramOptions& options, std::string_view text) {
         std::string_view name;
         bool Conditions::*flag;
     };
-    constexpr std::array<Row, 3> rows{{{"device-fault", &Conditions::deviceFault},
+    constexpr std::array<Row, 4> rows{{{"device-fault", &Conditions::deviceFault},
                                        {"warning", &Conditions::warning},
+                                       {"earth-warning", &Conditions::earthWarning},
                                        {"external-test", &Conditions::externalTest}}};
     const auto* found = std::ranges::find(rows, text, &Row::name);
     if (found == rows.end()) {
@@ -72,7 +66,7 @@ struct OptionRow {
     bool (*set)(ProgramOptions&, std::string_view);
 };
 
-constexpr std::array<OptionRow, 15> rows{{
+constexpr std::array<OptionRow, 16> rows{{
     {"--type", "N", "device type 1..10 (default 1)",
      [](ProgramOptions& o, std::string_view t) { return readNumber(t, 1, 10, o.line.device.type); }},
     {"--name", "TEXT", "device name of up to 20 characters (default: the article name of the type)", setName},
@@ -81,6 +75,8 @@ constexpr std::array<OptionRow, 15> rows{{
          return readNumber<std::uint16_t>(t, 0, 247, o.line.device.address);
      }},
     {"--baud", "N", "1200, 2400, 4800, 9600 (default), 19200, 38400, 57600 or 115200 bit/s", setBaud},
+    {"--kdl", "", "starts on the KDL bus at 9600 bit/s, whatever --baud and --parity say",
+     [](ProgramOptions& o, std::string_view) { return o.line.device.kdl = true; }},
     {"--parity", "P", "none, odd or even (default); it only decides how long a character takes", setParity},
     {"--pace", "", "bytes take their time, and a master at another baud rate gets no answer",
      [](ProgramOptions& o, std::string_view) { return o.line.pace = true; }},
@@ -91,7 +87,7 @@ constexpr std::array<OptionRow, 15> rows{{
      }},
     {"--speed", "F", "how much faster than the clock the installation lives, 0.01..10000 (default 1)",
      [](ProgramOptions& o, std::string_view t) { return readNumber(t, 0.01, 10000.0, o.line.device.speed); }},
-    {"--state", "S", "device-fault, warning or external-test; may be repeated", setState},
+    {"--state", "S", "device-fault, warning, earth-warning or external-test; may be repeated", setState},
     {"--fault", "F", "something that goes wrong on the line, see below; may be repeated", nullptr},
     {"--link", "PATH", "symbolic link to the pseudo-terminal; removed at the end",
      [](ProgramOptions& o, std::string_view t) {
@@ -150,21 +146,24 @@ std::variant<ProgramOptions, std::string> parseOptions(std::span<const std::stri
 
 std::string helpText() {
     std::ostringstream text;
-    text << "vekXX731_Simulator - a simulated insulation monitoring device on a pseudo-terminal\n\n"
-            "Usage: vekXX731_Simulator [OPTION]...\n\n"
-            "The device answers Modbus RTU requests. The installation it watches goes round in a minute:\n"
-            "healthy, a fault on L1/+ with pre-alarm and alarm, healthy, the same on L2/-.\n\nOptions:\n";
+    text
+        << "vekXX731_Simulator - a simulated insulation monitoring device on a pseudo-terminal\n\n"
+           "Usage: vekXX731_Simulator [OPTION]...\n\n"
+           "The device answers Modbus RTU requests; with baud code 0 in its parameters (register 3016, "
+           "--kdl)\n"
+           "it answers on the KDL bus instead. The installation it watches goes round in a minute: healthy,\n"
+           "a fault on L1/+ with pre-alarm and alarm, healthy, the same on L2/-.\n\nOptions:\n";
     for (const OptionRow& row : rows) {
         std::string form = std::string(row.name) + " " + std::string(row.value);
         form.resize(18, ' ');
         text << "  " << form << row.help << '\n';
     }
-    text << "\nFaults (KIND[=VALUE][,register=R][,every=N][,from=M][,times=K]):\n"
+    text << "\nFaults (KIND[=VALUE][,register=R][,command=C][,every=N][,from=M][,times=K]):\n"
          << faultHelp()
-         << "With register=R only requests for that register count. Of the requests that count, the fault "
-            "strikes\n"
-            "from the Mth on (from=M), each one whose number divides by N (every=N), at most K times "
-            "(times=K).\n"
+         << "With register=R only Modbus requests for that register count, with command=C only KDL requests\n"
+            "that begin with C after their colon (command=ALM?). Of the requests that count, the fault\n"
+            "strikes from the Mth on (from=M), each one whose number divides by N (every=N), at most K\n"
+            "times (times=K).\n"
             "\nTypes:\n";
     for (const DeviceType& type : deviceTypes()) {
         text << "  " << type.number << (type.number < 10 ? "   " : "  ") << type.articleName << '\n';
@@ -173,7 +172,8 @@ std::string helpText() {
             "  vekXX731_Simulator --link /tmp/com1\n"
             "  vekXX731_Simulator --type 9 --name vekQJK731-K7-2 --address 7 --baud 19200 --pace\n"
             "  vekXX731_Simulator --speed 5 --fault crc,every=10 --fault late=1500,from=100,times=1\n"
-            "  vekXX731_Simulator --fault lacks=3022 --fault exception=4,register=1024 --state warning\n";
+            "  vekXX731_Simulator --fault lacks=3022 --fault exception=4,register=1024 --state warning\n"
+            "  vekXX731_Simulator --kdl --fault unended,command=IDNV?,times=1\n";
     return text.str();
 }
 

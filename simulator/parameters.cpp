@@ -16,7 +16,7 @@ constexpr Intervals<1> zeroToTwo{{{0, 2}}};
 constexpr Intervals<1> zeroToFour{{{0, 4}}};
 constexpr Intervals<1> delay{{{0, 99}}};
 constexpr Intervals<1> startDelay{{{0, 10}}};
-constexpr Intervals<2> address{{{0, 0}, {3, 90}}};
+constexpr Intervals<2> addresses{{{0, 0}, {3, 90}}};
 constexpr Intervals<1> baudCodes{{{0, 8}}};
 constexpr Intervals<2> frequencies{{{500, 500}, {600, 600}}};
 constexpr Intervals<6> capacitances{{{1, 1}, {10, 10}, {20, 20}, {30, 30}, {40, 40}, {50, 50}}};
@@ -64,7 +64,7 @@ constexpr ParameterRow rows[] = {
     {FaultMemory, 3012, allTypes, flag, 0},
     {Relay1Mode, 3013, allTypes, flag, 0},
     {Relay2Mode, 3014, allTypes, flag, 0},
-    {Address, 3015, allTypes, address, 3},
+    {Address, 3015, allTypes, addresses, 3},
     {BaudCode, 3016, allTypes, baudCodes, 4},
     {Parity, 3017, allTypes, zeroToTwo, 2},
     {StartDelay, 3018, allTypes, startDelay, 0},
@@ -84,6 +84,9 @@ constexpr ParameterRow rows[] = {
     {ResponseDelay2, 3030, batteryType, delay, 0},
 };
 
+constexpr int bitsWithoutParity = 10;
+constexpr int kdlBaudRate = 9600;
+// By the code of the parameter.
 constexpr std::array<int, 9> baudRates{0, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
 
 bool belongsToInterface(Parameter parameter) {
@@ -152,8 +155,14 @@ void ParameterSet::restoreFactory(FactoryReset reset) {
 }
 
 InterfaceSettings ParameterSet::busSettings() const {
-    return {value(Address).value_or(0), baudRates.at(value(BaudCode).value_or(0)),
-            value(Parity).value_or(0) != 0};
+    const std::uint16_t address = value(Address).value_or(0);
+    const std::uint16_t code = value(BaudCode).value_or(kdlBaudCode);
+    if (code == kdlBaudCode) {
+        return {Protocol::Kdl, address, kdlBaudRate, bitsWithoutParity};
+    }
+    // Parity adds a bit to the eight data bits here; on the KDL bus it takes the place of one.
+    const int parityBits = value(Parity).value_or(0) != 0 ? 1 : 0;
+    return {Protocol::Modbus, address, baudRates.at(code), bitsWithoutParity + parityBits};
 }
 
 std::optional<std::uint16_t> baudCode(int baudRate) {

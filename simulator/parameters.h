@@ -65,11 +65,14 @@ struct ParameterRow {
 
 enum class FactoryReset : std::uint8_t { All, KeepInterface };
 
+enum class Protocol : std::uint8_t { Modbus, Kdl };
+
 // The serial interface of a device as its parameters tell it.
 struct InterfaceSettings {
+    Protocol protocol;
     std::uint16_t address;
-    int baudRate;  // bit/s; 0 when the device has been told to leave Modbus
-    bool parity;
+    int baudRate;          // bit/s
+    int bitsPerCharacter;  // start and stop bit included
 };
 
 // The parameters of one device: just the registers its type has, each within its allowed values.
@@ -103,6 +106,8 @@ class ParameterSet {
     std::vector<Entry> entries_;
 };
 
+// The code that register 3016 holds for the KDL bus.
+inline constexpr std::uint16_t kdlBaudCode = 0;
 // The code that register 3016 holds for a rate in bit/s, or nothing for a rate that the devices do not have.
 std::optional<std::uint16_t> baudCode(int baudRate);
 

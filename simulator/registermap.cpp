@@ -33,8 +33,6 @@ bool always(Device& device) {
     return true;
 }
 
-constexpr TypeSet calibratedTypes = allTypes & ~typeSet(9);
-
 constexpr std::array<CommandRow, 6> commands{{
     {8000, commandWord('q', 'o'), calibratedTypes, always<&Device::prepareCalibration>},
     {8001, commandWord('v', 'u'), calibratedTypes, [](Device& device) { return device.startCalibration(); }},

@@ -4,11 +4,14 @@
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): sigprocmask is no part of <csignal>
 #include <sys/signalfd.h>
 
+#include <algorithm>
 #include <array>
 #include <exception>
 #include <iomanip>
+#include <iterator>
 #include <memory>
 #include <ostream>
+#include <sstream>
 
 #include "simulator/pty.h"
 
@@ -74,6 +77,33 @@ class Runner {
     std::unique_ptr<Port> port_;
 };
 
+std::string describeInterface(const DeviceOptions& device) {
+    const std::string address = "address " + std::to_string(device.address);
+    if (device.kdl) {
+        return "KDL, " + address + ", 9600 bit/s, 7 data bits, parity even";
+    }
+    return "Modbus RTU, " + address + ", " + std::to_string(device.baudRate) + " bit/s, parity " +
+           std::string(parityNames.at(device.parity));
+}
+
+std::string hexOf(std::span<const std::uint8_t> bytes) {
+    std::ostringstream text;
+    text << std::hex << std::uppercase << std::setfill('0');
+    for (const std::uint8_t byte : bytes) {
+        text << ' ' << std::setw(2) << int{byte};
+    }
+    return text.str();
+}
+
+// Characters as they are; what does not print, noise and line ends, as a dot.
+std::string textOf(std::span<const std::uint8_t> bytes) {
+    std::string text(1, ' ');
+    std::ranges::transform(bytes, std::back_inserter(text), [](std::uint8_t byte) {
+        return byte >= 0x20 && byte < 0x7F ? static_cast<char>(byte) : '.';
+    });
+    return text;
+}
+
 LineOptions forPseudoTerminal(LineOptions options) {
     options.frameGap = tolerantGap;
     return options;
@@ -93,9 +123,8 @@ Runner::Runner(const ProgramOptions& options, std::ostream& out, std::ostream& l
 
 void Runner::introduce() {
     const Device& device = line_.device();
-    out_ << "Simulated device " << device.name() << " (type " << device.type().number
-         << "), Modbus RTU, address " << options_.line.device.address << ", " << options_.line.device.baudRate
-         << " bit/s, parity " << parityNames.at(options_.line.device.parity)
+    out_ << "Simulated device " << device.name() << " (type " << device.type().number << "), "
+         << describeInterface(options_.line.device)
          << (options_.line.pace ? ", bytes paced at this rate" : ", bytes not paced") << ".\n"
          << "Reach it at " << port_->terminal.path();
     if (!options_.link.empty()) {
@@ -110,12 +139,9 @@ void Runner::introduce() {
 
 void Runner::logFrame(SimulatedLine::Direction direction, std::span<const std::uint8_t> frame) {
     log_ << std::fixed << std::setprecision(3) << inSeconds(steadyNow() - start_)
-         << (direction == SimulatedLine::Direction::ToDevice ? " <-" : " ->") << std::hex << std::uppercase
-         << std::setfill('0');
-    for (const std::uint8_t byte : frame) {
-        log_ << ' ' << std::setw(2) << int{byte};
-    }
-    log_ << std::dec << std::endl;
+         << (direction == SimulatedLine::Direction::ToDevice ? " <-" : " ->");
+    const bool asText = line_.protocol() == Protocol::Kdl;
+    log_ << (asText ? textOf(frame) : hexOf(frame)) << std::endl;
 }
 
 void Runner::run() {

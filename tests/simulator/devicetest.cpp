@@ -238,18 +238,6 @@ TEST(AlarmStates, CrossFaultShowsOnTheVoltageAlone) {
     EXPECT_EQ(master.status(2) & alarmMask, 0);
 }
 
-TEST(Channels, CarryWhatTheTypeHas) {
-    for (const DeviceType& type : deviceTypes()) {
-        const Device device({.type = type.number, .name = {}, .conditions = {}}, Time{});
-        for (std::size_t i = 0; i < channelCount; ++i) {
-            const Channel channel = device.channel(i);
-            const bool blank = type.channels[i] == Quantity::None;
-            EXPECT_EQ(blank, channel.status == 0 && channel.description == 0 && channel.value == 0.0F)
-                << type.number << '/' << i;
-        }
-    }
-}
-
 TEST(Channels, StatesFromOutsideAndOutOfRange) {
     LineOptions options;
     options.device.conditions = {.deviceFault = true, .warning = true, .externalTest = true};
@@ -257,7 +245,9 @@ TEST(Channels, StatesFromOutsideAndOutOfRange) {
     EXPECT_EQ(master.status(0), 0x8000 | 0x200 | 0xC0 | 2);
     EXPECT_EQ(master.description(0), 115);
     EXPECT_EQ(master.status(2), 0x8000 | 0x400 | 4);
-    master.line.device().setConditions({});
+    master.line.device().setConditions({.earthWarning = true});
+    EXPECT_EQ(master.status(0) & alarmMask, 0x400);
+    EXPECT_EQ(master.description(0), 102);
     EXPECT_EQ(master.status(2), 4);
     EXPECT_EQ(master.status(6) & rangeMask, 0xC0) << "no fault to place";
     EXPECT_EQ(master.write(3026, {1}), 0);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -23,9 +24,8 @@ TEST(Options, SetTheDeviceAndTheLine) {
     const auto parsed = parse(
         "--type 9 --name vekQJK731-K7-2 --address 0 --baud 115200 --parity odd --pace --turnaround 40 --seed "
         "7 "
-        "--speed 0.5 --state warning --fault cut=3,register=1000,every=2,from=5,times=4 --fault crc --link "
-        "/x/y "
-        "--duration 1.5 --verbose");
+        "--speed 0.5 --state warning --state earth-warning --kdl --fault unended,command=IDNV? --fault crc "
+        "--fault cut=3,register=1000,every=2,from=5,times=4 --link /x/y --duration 1.5 --verbose");
     ASSERT_TRUE(std::holds_alternative<ProgramOptions>(parsed)) << std::get<std::string>(parsed);
     const auto& options = std::get<ProgramOptions>(parsed);
     const DeviceOptions& device = options.line.device;
@@ -36,40 +36,25 @@ TEST(Options, SetTheDeviceAndTheLine) {
     EXPECT_EQ(device.parity, 1);
     EXPECT_EQ(device.seed, 7U);
     EXPECT_EQ(device.speed, 0.5);
-    EXPECT_TRUE(device.conditions.warning);
+    EXPECT_TRUE(device.conditions.warning && device.conditions.earthWarning && device.kdl);
     EXPECT_TRUE(options.line.pace && options.verbose && !options.help);
     EXPECT_EQ(options.line.turnaround, std::chrono::milliseconds(40));
     EXPECT_EQ(options.duration, std::chrono::milliseconds(1500));
-    ASSERT_EQ(options.line.faults.size(), 2U);
+    ASSERT_EQ(options.line.faults.size(), 3U);
     EXPECT_EQ(describe(options.line.faults[0]),
-              "the reply ends after so many bytes (3 bytes), requests for register 1000 only, one request in "
-              "2, from "
-              "request 5 on, at most 4 times");
+              "the reply lacks its CR LF (KDL bus), requests that begin with :IDNV? only");
+    EXPECT_EQ(describe(options.line.faults[2]),
+              "the reply ends after so many bytes (3 bytes), requests for register 1000 only, "
+              "one request in 2, from request 5 on, at most 4 times");
 }
 
 TEST(Options, RefuseNonsenseAndSayWhere) {
-    const char* const lines[] = {"--type 0",
-                                 "--type 11",
-                                 "--type x",
-                                 "--address 248",
-                                 "--address -1",
-                                 "--baud 1000",
-                                 "--speed 0",
-                                 "--speed nan",
-                                 "--parity mark",
-                                 "--state tired",
-                                 "--name averyverylongdevicename",
-                                 "--link",
-                                 "--nonsense",
-                                 "--fault storm",
-                                 "--fault late",
-                                 "--fault late=x",
-                                 "--fault silence=3",
-                                 "--fault crc,every=0",
-                                 "--fault crc,of=2",
-                                 "--fault lacks=70000",
-                                 "--fault crc,register=-1"};
-    for (const std::string line : lines) {
+    std::istringstream lines(
+        "--type 0;--type 11;--type x;--address 248;--address -1;--baud 1000;--speed 0;--speed nan;"
+        "--parity mark;--state tired;--name averyverylongdevicename;--link;--nonsense;--fault storm;"
+        "--fault late;--fault late=x;--fault silence=3;--fault silence,command=;--fault slow;"
+        "--fault crc,every=0;--fault crc,of=2;--fault lacks=70000;--fault crc,register=-1");
+    for (std::string line; std::getline(lines, line, ';');) {
         const auto parsed = parse(line);
         ASSERT_TRUE(std::holds_alternative<std::string>(parsed)) << line;
         const std::string& problem = std::get<std::string>(parsed);

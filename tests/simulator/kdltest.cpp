@@ -1,0 +1,343 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "master.h"
+#include "simulator/kdlframe.h"
+
+namespace vek::sim {
+namespace {
+
+using namespace std::chrono_literals;
+using enum Quantity;
+
+Bytes bytesOf(std::string_view text) {
+    return {text.begin(), text.end()};
+}
+
+unsigned char codeSum(std::string_view text) {
+    unsigned sum = 0;
+    for (const char c : text) {
+        sum += static_cast<unsigned char>(c);
+    }
+    return static_cast<unsigned char>(sum);
+}
+
+std::string requestText(const std::string& command, const std::string& address = "003") {
+    const std::string text = ":;" + address + command + "&";
+    return text + kdlTrailer(text) + "\r\n";
+}
+
+LineOptions onKdl(int type = 1) {
+    LineOptions options = ofType(type);
+    options.device.kdl = true;
+    return options;
+}
+
+LineOptions withFault(const char* text) {
+    LineOptions options = onKdl();
+    options.faults = {std::get<LineFault>(parseFault(text))};
+    return options;
+}
+
+std::string send(Master& master, const std::string& text) {
+    const Bytes reply = master.send(bytesOf(text));
+    return {reply.begin(), reply.end()};
+}
+
+// What a master makes of a reply, or "?" when it is no whole reply of the device.
+std::string payload(const std::string& reply) {
+    const bool whole = reply.starts_with("=;003:") && reply.ends_with("\r\n") &&
+                       codeSum(reply.substr(0, reply.size() - 2)) == 0 &&
+                       std::ranges::all_of(reply, [](char c) { return static_cast<unsigned char>(c) < 128; });
+    return whole ? reply.substr(6, reply.find('&') - 6) : "?";
+}
+
+std::string ask(Master& master, const std::string& command) {
+    return payload(send(master, requestText(command)));
+}
+
+// The operating values up to the end of the list.
+std::string values(Master& master) {
+    std::string texts;
+    std::string text;
+    for (int row = 1; text != "stop 0" && row < 99; ++row) {
+        text = ask(master, ":BTR? " + std::to_string(row));
+        texts += text + ", ";
+    }
+    return texts;
+}
+
+// The rows that have an alarm, each with its number.
+std::string alarms(Master& master) {
+    std::string texts;
+    for (int row = 1; row <= 16; ++row) {
+        const std::string text = ask(master, ":ALM? " + std::to_string(row));
+        texts += text == "no 0" ? "" : std::to_string(row) + ": " + text + ", ";
+    }
+    return texts;
+}
+
+void pin(Master& master, Quantity quantity, float value, std::optional<std::uint16_t> status = {}) {
+    Device& device = master.line.device();
+    for (std::size_t i = 0; i < channelCount; ++i) {
+        if (device.type().channels.at(i) == quantity) {
+            device.pin(i, {value, status, {}});
+        }
+    }
+    master.wait(1);
+}
+
+// All quantities at values that are no reason for an alarm.
+void pinHealthy(Master& master) {
+    const auto supply = static_cast<float>(master.line.device().type().supplyVoltage);
+    const std::pair<Quantity, float> pins[] = {{Insulation, 250e3F},     {Impedance, 60e3F},
+                                               {Voltage, supply},        {RmsVoltage, 111.2F},
+                                               {Capacitance, 38e-9F},    {VoltagePlus, 107.5F},
+                                               {VoltageMinus, -107.0F},  {FaultPosition, 35.9F},
+                                               {UpdateCounter, 1234.0F}, {DisplacementInsulation, 257e3F}};
+    for (const auto& [quantity, value] : pins) {
+        pin(master, quantity, value);
+    }
+}
+
+TEST(KdlFrames, TrailersFillTheSumUpAtTheBordersOfTheirForms) {
+    const std::pair<int, const char*> rows[] = {{0, "dZB"},   {56, "dZz"}, {57, "zzE"},  {110, "zzz"},
+                                                {111, "(G"},  {160, "(x"}, {161, "00A"}, {214, "00v"},
+                                                {215, "KKA"}, {255, "KKi"}};
+    for (const auto& [missing, trailer] : rows) {
+        EXPECT_EQ(kdlTrailer(std::string(1, static_cast<char>(256 - missing))), trailer) << missing;
+    }
+    for (int code = 0; code < 256; ++code) {
+        const std::string text(1, static_cast<char>(code));
+        EXPECT_EQ(codeSum(text + kdlTrailer(text)), 0) << code;
+    }
+}
+
+TEST(KdlFrames, KnownRequestsAreUnderstood) {
+    const std::pair<const char*, const char*> rows[] = {{":;001:IDNM?&dZu", "1 :IDNM?"},
+                                                        {":;001:MEM?&(T", "1 :MEM?"},
+                                                        {":;005:CAN 8&zzx", "5 :CAN 8"},
+                                                        {":;090:TRSH? 8&00Z", "90 :TRSH? 8"}};
+    for (const auto& [frame, meaning] : rows) {
+        const auto request = parseKdlRequest(bytesOf(frame)).value_or(KdlRequest{});
+        EXPECT_EQ(std::to_string(request.address) + " " + request.command, meaning);
+    }
+}
+
+TEST(KdlFrames, OnlyWholeRequestsToTheDeviceAreAnswered) {
+    Master master(onKdl());
+    const std::string good = requestText(":IDNM?");
+    std::vector<std::string> unanswered{requestText(":IDNM?", "004"), requestText(":IDNM?", "03x"),
+                                        requestText("IDNM?"), std::string(1000, 'x'), "\r\n"};
+    for (std::size_t i = 0; i < good.size(); ++i) {
+        unanswered.push_back(good.substr(0, i));
+        unanswered.push_back(good);
+        unanswered.back()[i] ^= 0x01;
+    }
+    for (const std::string& text : unanswered) {
+        EXPECT_EQ(send(master, text), "") << text;
+        EXPECT_EQ(ask(master, ":IDNM?"), "vekQB731") << "after " << text;
+    }
+    std::string reply;
+    for (const char c : good) {
+        reply += send(master, std::string(1, c));
+    }
+    EXPECT_EQ(payload(reply), "vekQB731") << "however long the pauses are";
+    EXPECT_EQ(send(master, "noise" + good + good), reply + reply);
+}
+
+TEST(KdlCommands, AnswerOrObeyOrRefuse) {
+    const std::pair<const char*, const char*> rows[] = {{":IDNM?", "vekQB731"},
+                                                        {":IDNV?", "-K7W-2"},
+                                                        {":IDND?", "1731D"},
+                                                        {":IDNF?", "1731D Sw 212"},
+                                                        {":KAL", ""},
+                                                        {":TESTI", ""},
+                                                        {":ALMCL", ""},
+                                                        {":DEFLT", ""},
+                                                        {":DEFLT 52", "error 1"},
+                                                        {":NONE?", "error 1"},
+                                                        {":ALM?", "error 1"},
+                                                        {":ALM? x", "error 3"},
+                                                        {":BTR? 0", "error 3"}};
+    for (const auto& [command, answer] : rows) {
+        Master master(onKdl());
+        EXPECT_EQ(ask(master, command), answer) << command;
+    }
+    Master battery(onKdl(9));
+    EXPECT_EQ(ask(battery, ":KAL"), "error 1");
+    LineOptions options = onKdl();
+    options.device.name = "Ä";
+    Master master(options);
+    EXPECT_EQ(ask(master, ":IDNM?") + ask(master, ":IDNV?"), "??") << "seven bits carry no umlauts";
+}
+
+TEST(KdlCommands, TheBaudCodeChoosesTheProtocol) {
+    LineOptions options;
+    options.pace = true;
+    Master master(options);
+    master.line.setMasterBaudRate(9600);
+    EXPECT_EQ(master.write(3007, {45}), 0);
+    EXPECT_EQ(master.write(3016, {0}), 0);
+    EXPECT_EQ(master.read(3007), -100);
+    const Time before = master.now;
+    const std::string request = requestText(":DEFLT");
+    const std::string reply = send(master, request);
+    EXPECT_EQ(payload(reply), "");
+    const auto characters = static_cast<Time::rep>(request.size() + reply.size());
+    EXPECT_EQ(master.now - before, characters * (Time(1s) * 10 / 9600) + 5ms + 50ms);
+    EXPECT_EQ(ask(master, ":ALMN?"), "n= 0") << "this reset keeps the bus";
+    EXPECT_EQ(ask(master, ":DEFLT 51"), "");
+    EXPECT_EQ(ask(master, ":ALMN?"), "?");
+    master.wait(1);
+    EXPECT_EQ(master.read(3007), 50);
+    EXPECT_EQ(master.read(3016), 4);
+}
+
+TEST(KdlMonitor, OperatingValuesStandWhereTheTypeHasThem) {
+    const std::string none = "no 0, no 0, no 0, FL 35 %, ";
+    const std::string voltages = "U/dV 1075, U/dV -1070, ";
+    const std::string displaced = voltages + "dig 1234, Re/kO 257, stop 0, ";
+    const std::string plain = voltages + "dig 1234, stop 0, ";
+    const std::string full = "Ce/nF 38, Ze/kO 60, dig 1234, " + voltages + "Re/kO 257, stop 0, ";
+    const std::string insulation = "Re/kO 250, Re/kO 250, ";
+    struct Row {
+        int type;
+        int rows;
+        const char* middle;
+        std::string last;
+    };
+    const Row rows[] = {
+        {1, 15, "Ze/kO 60, U/dV 2300, U/dV 2300, ", full},
+        {2, 15, "Ze/kO 60, U/dV 2300, U/dV 2300, ", full},
+        {3, 13, "Ce/nF 38, U/dV 4000, U/dV 4000, ", displaced},
+        {4, 13, "Ce/nF 38, U/dV 4000, U/dV 4000, ", displaced},
+        {5, 13, "Ce/nF 38, U/dV 4000, U/dV 4000, ", displaced},
+        {6, 13, "Ce/nF 38, U/dV 2300, U/dV 2300, ", displaced},
+        {7, 13, "Ce/nF 38, U/dV 6900, U/dV 6900, ", displaced},
+        {8, 12, "U/dV 1112, U/dV 1100, U/dV 1100, ", plain},
+        {9, 12, "Ce/nF 38, U/dV 2160, U/dV 2160, ", plain},
+        {10, 14, "no 0, U/dV 2300, U/dV 2300, ", "Ce/nF 38, no 0, dig 1234, " + voltages + "stop 0, "}};
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.type);
+        Master master(onKdl(row.type));
+        pinHealthy(master);
+        EXPECT_EQ(ask(master, ":ALMN?"), "n= 0");
+        EXPECT_EQ(ask(master, ":BTRN?"), "n= " + std::to_string(row.rows));
+        EXPECT_EQ(values(master), std::string(insulation).append(row.middle).append(none).append(row.last));
+    }
+}
+
+TEST(KdlMonitor, ValuesTellTheirRangeAndUnit) {
+    struct Row {
+        Quantity quantity;
+        float value;
+        std::uint16_t status;
+        int row;
+        const char* text;
+    };
+    const Row rows[] = {{Insulation, 4e6F, rangeGreater, 1, "Re/kO >4000"},
+                        {Insulation, 1e3F, rangeSmaller, 1, "Re/kO <1"},
+                        {Insulation, 4e6F, rangeInvalid, 1, "no 0"},
+                        {FaultPosition, -35.9F, rangeValid, 9, "FL-35 %"},
+                        {FaultPosition, -0.4F, rangeValid, 9, "FL 0 %"},
+                        {FaultPosition, 35.0F, rangeInvalid, 9, "no 0"},
+                        {Capacitance, 12.4e-6F, rangeValid, 10, "Ce/uF 12"},
+                        {Capacitance, 500e-6F, rangeGreater, 10, "peak 0"}};
+    for (const Row& row : rows) {
+        Master master(onKdl());
+        pin(master, row.quantity, row.value, row.status);
+        EXPECT_EQ(ask(master, ":BTR? " + std::to_string(row.row)), row.text);
+    }
+}
+
+TEST(KdlMonitor, AlarmsStandAtTheirPlaces) {
+    struct Row {
+        int type;
+        Quantity quantity;
+        float value;
+        const char* alarms;
+    };
+    const Row rows[] = {
+        {1, Insulation, 80e3F, "1: Re/kO 80, "},    {1, Insulation, 40e3F, "1: Re/kO 40, 2: Re/kO 40, "},
+        {1, Impedance, 40e3F, "11: Ze/kO 40, "},    {1, Impedance, 20e3F, "3: Ze/kO 20, 11: Ze/kO 20, "},
+        {3, Voltage, 180.0F, "4: Uu/dV 1800, "},    {10, Voltage, 270.5F, "5: Uo/dV 2705, "},
+        {8, RmsVoltage, 140.0F, "3: Uo/dV 1400, "}, {9, Voltage, 170.0F, "4: Uu/dV 1700, "}};
+    for (const Row& row : rows) {
+        Master master(onKdl(row.type));
+        pinHealthy(master);
+        pin(master, row.quantity, row.value);
+        EXPECT_EQ(alarms(master), row.alarms) << row.type;
+        const auto count = std::ranges::count(std::string_view(row.alarms), ':');
+        EXPECT_EQ(ask(master, ":ALMN?"), "n= " + std::to_string(count)) << row.alarms;
+    }
+}
+
+TEST(KdlMonitor, ReportsConditionsAndTests) {
+    Master master(onKdl());
+    pin(master, Insulation, 40e3F);
+    pin(master, Impedance, 40e3F);
+    EXPECT_EQ(ask(master, ":ALMN?"), "n= 3");
+    EXPECT_EQ(ask(master, ":KAL"), "");
+    pin(master, Impedance, 40e3F, rangeInvalid);
+    EXPECT_EQ(ask(master, ":ALM? 11"), "Ze/kO ---") << "the alarm outlives its value";
+    master.line.device().setConditions({.deviceFault = true, .warning = true, .earthWarning = true});
+    EXPECT_EQ(ask(master, ":ALMN?"), "n= 4") << "a faulty device does not judge the insulation";
+    EXPECT_EQ(alarms(master), "6: 31AER 102, 7: 31ANZ 101, 8: 35FDE 129, 11: Ze/kO ---, ");
+    master.line.device().setConditions({.externalTest = true});
+    EXPECT_EQ(ask(master, ":ALMN?"), "n=/TE");
+    EXPECT_EQ(ask(master, ":TESTI"), "");
+    EXPECT_EQ(ask(master, ":ALMN?"), "n=/TI");
+    EXPECT_EQ(ask(master, ":ALM? 1"), "Re/kO 40") << "alarms can be asked for during a test";
+}
+
+TEST(KdlFaults, SpoilTheReply) {
+    Master sound(onKdl());
+    const std::string good = send(sound, requestText(":IDNM?"));
+    std::string wrong = good;
+    wrong[wrong.size() - 3] ^= 0x01;
+    const std::pair<const char*, std::string> rows[] = {
+        {"silence", ""},
+        {"crc", wrong},
+        {"cut=3", good.substr(0, 3)},
+        {"unended", good.substr(0, good.size() - 2)},
+        {"late=300", good},
+        {"lacks=9800", good},
+        {"silence,command=IDNV?", good},
+        {"silence,command=IDN", ""},
+    };
+    for (const auto& [fault, reply] : rows) {
+        Master master(withFault(fault));
+        EXPECT_EQ(send(master, requestText(":IDNM?")), reply) << fault;
+        EXPECT_EQ(master.now >= 300ms, std::string_view(fault) == "late=300");
+    }
+    Master refusing(withFault("exception=6"));
+    EXPECT_EQ(ask(refusing, ":DEFLT 51"), "error 6");
+    EXPECT_EQ(refusing.line.protocol(), Protocol::Kdl) << "refused means not carried out";
+    Master noisy(withFault("noise=40"));
+    const std::string reply = send(noisy, requestText(":IDNM?"));
+    EXPECT_TRUE(reply.size() == 40 + good.size() && reply.ends_with(good));
+    EXPECT_TRUE(std::ranges::all_of(reply, [](char c) { return static_cast<unsigned char>(c) < 128; }));
+}
+
+TEST(KdlFaults, ComeAtTheirTime) {
+    Master early(withFault("early=4"));
+    early.line.receive(bytesOf(requestText(":IDNM?")), 0ms);
+    EXPECT_EQ(early.line.transmit(0ms).size(), 4U);
+    EXPECT_EQ(early.line.transmit(4ms).size(), 0U);
+    const Bytes good = early.collect();
+    EXPECT_EQ(payload({good.begin(), good.end()}), "vekQB731");
+    Master slow(withFault("slow=3"));
+    slow.line.receive(bytesOf(requestText(":IDNM?")), 0ms);
+    for (std::size_t i = 0; i < good.size(); ++i) {
+        ASSERT_EQ(slow.line.nextEvent(), 5ms + 3ms * static_cast<Time::rep>(i + 1));
+        EXPECT_EQ(slow.line.transmit(*slow.line.nextEvent()), Bytes{good[i]});
+    }
+}
+
+}  // namespace
+}  // namespace vek::sim
