@@ -12,7 +12,6 @@ namespace vek {
 
 namespace {
 
-constexpr int rowCount = 15;
 constexpr int resistanceRow = 0;
 constexpr int faultPositionRow = 8;
 
@@ -101,7 +100,7 @@ void showFaultPosition(Program& program, KdlMonitorView& view) {
 
 /// One pass; false when the window was closed meanwhile.
 bool readRows(Program& program, KdlMonitorView& view) {
-    for (int index = 0; index < rowCount; ++index) {
+    for (int index = 0; index < kdlRowCount; ++index) {
         const bool ended = KdlReadMonitorRow(program, view, index);
         if (!ended) {
             program.desktop.processEvents();

@@ -12,6 +12,9 @@ class KdlMonitorView : public virtual MonitorView {
     virtual void showFaultPosition(const FaultPosition& position) = 0;
 };
 
+/// Number of rows that a pass fills at most.
+inline constexpr int kdlRowCount = 15;
+
 /// Reads the device's alarm and operating-value lists into the rows, pass after pass, until MonitorRunning is
 /// false at the end of a pass or the window closes. Opens and closes the port.
 void KdlRunMonitor(Program& program, KdlMonitorView& view);

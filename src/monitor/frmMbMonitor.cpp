@@ -95,8 +95,9 @@ void frmMbMonitor::load() {
     caption = program_.kdlActive() ? "KDL - Monitor" : "ModBus RTU - Monitor";
     showSlotNames();
     if (!program_.kdlActive()) {
-        showModbusRows();
+        switchIndicators();
     }
+    hideRowsFrom(program_.kdlActive() ? kdlRowCount : polledChannels);
     cmdCal.enabled = program_.DeviceType != batteryType;
 }
 
@@ -115,11 +116,15 @@ void frmMbMonitor::showSlotNames() {
     }
 }
 
-void frmMbMonitor::showModbusRows() {
+void frmMbMonitor::switchIndicators() {
     for (const std::size_t slot : switchedIndicators) {
         LED[slot].visible = program_.DeviceType != batteryType;
     }
-    for (std::size_t slot = polledChannels; slot < slotCount; ++slot) {
+}
+
+/// Rows that the protocol in use never fills would only take the others' place.
+void frmMbMonitor::hideRowsFrom(std::size_t firstHidden) {
+    for (std::size_t slot = firstHidden; slot < slotCount; ++slot) {
         for (Label* label :
              {&Label7[slot], &lblMesswert[slot], &lblRange[slot], &lblEinheit[slot], &lblMessName[slot]}) {
             label->visible = false;

@@ -69,7 +69,8 @@ class frmMbMonitor : public ChildForm, private ModbusMonitorView, private KdlMon
 
     void styleFields();
     void showSlotNames();
-    void showModbusRows();
+    void switchIndicators();
+    void hideRowsFrom(std::size_t firstHidden);
     void runMonitor();
     void enableCommands(bool enabled);
     std::optional<double>& shownNumber(int slot) { return shownNumbers_.at(static_cast<std::size_t>(slot)); }

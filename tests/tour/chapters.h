@@ -2,5 +2,11 @@
 
 class Tour;
 
-/// From the first look at the main window to the end of the program: settings, device search, monitor, terminal.
+/// From the first look at the main window to the terminal: settings, device search, monitor over Modbus RTU.
 void mainJob(Tour& tour);
+
+/// Search and monitor over the KDL bus.
+void kdlBus(Tour& tour);
+
+/// The end, from the menu.
+void endProgram(Tour& tour);

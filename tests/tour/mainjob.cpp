@@ -1,19 +1,13 @@
-#include <QAction>
 #include <QFile>
-#include <QRegularExpression>
 #include <QSlider>
 
 #include "chapters.h"
+#include "steps.h"
 #include "tour.h"
 
 namespace {
 
 using namespace Qt::StringLiterals;
-
-const QColor green(0, 255, 0);
-const QColor yellow(255, 255, 0);
-const QColor red(255, 0, 0);
-const QColor grey(192, 192, 192);
 
 QString settingsFile() {
     QFile file(qEnvironmentVariable("XDG_DATA_HOME") + u"/vekXX731_Monitor.ini"_s);
@@ -30,15 +24,6 @@ void expectInFile(Tour& tour, const QStringList& lines) {
     }
 }
 
-void expectIndicator(Tour& tour, const QString& name, const QColor& color, const QString& meaning, int seconds) {
-    tour.waitFor(u"%1 %2"_s.arg(name, meaning), [&] {
-        QWidget* lamp = Tour::find(name);
-        return lamp != nullptr && lamp->grab().toImage().pixelColor(lamp->rect().center()) == color;
-    }, seconds);
-    tour.saw(u"%1 %2, value %3 %4, \"%5\""_s.arg(name, meaning, tour.text(u"lblMesswert_0"_s),
-                                                tour.text(u"lblEinheit_0"_s), tour.text(u"lblMessName_0"_s)));
-}
-
 void firstStart(Tour& tour) {
     tour.chapter(u"First start"_s);
     tour.step(u"the main window opens, the terminal beside it"_s);
@@ -50,8 +35,8 @@ void firstStart(Tour& tour) {
 
     tour.step(u"Start > Geräte > Monitor before anything is set"_s);
     tour.menu({u"Start"_s, u"Geräte"_s, u"Monitor"_s}, u"menu.png"_s);
-    tour.answer(u"Hinweis"_s, u"Zuerst die Schnittstellenparameter und die Geräteadresse einstellen"_s, QMessageBox::Ok,
-                u"message-not-set.png"_s);
+    tour.answer(u"Hinweis"_s, u"Zuerst die Schnittstellenparameter und die Geräteadresse einstellen"_s,
+                QMessageBox::Ok, u"message-not-set.png"_s);
 
     tour.step(u"Info"_s);
     tour.menu({u"Info"_s});
@@ -86,20 +71,23 @@ void searchDevice(Tour& tour) {
     tour.menu({u"Einstellungen"_s, u"Geräteadresse"_s});
     tour.type(u"cmbGeraeteAdresse"_s, u"9"_s);
     tour.key(u"cmbGeraeteAdresse"_s, Qt::Key_Return);
-    tour.answer(u"MODBUS-Fehler"_s,
-                u"CRC-Fehler:\n\nOk                ->  Programm fortsetzen\nAbbrechen  ->  Programm beenden"_s,
-                QMessageBox::Ok, u"message-crc.png"_s);
-    tour.answer(u"Hinweis"_s,
-                u"Gerät mit der Adresse 9 ist nicht am ModBus vorhanden bzw. falsche Schnittstelle oder falsches "
-                "Protokoll eingestellt!"_s,
-                QMessageBox::Ok);
+    tour.answer(
+        u"MODBUS-Fehler"_s,
+        u"CRC-Fehler:\n\nOk                ->  Programm fortsetzen\nAbbrechen  ->  Programm beenden"_s,
+        QMessageBox::Ok, u"message-crc.png"_s);
+    tour.answer(
+        u"Hinweis"_s,
+        u"Gerät mit der Adresse 9 ist nicht am ModBus vorhanden bzw. falsche Schnittstelle oder falsches "
+        "Protokoll eingestellt!"_s,
+        QMessageBox::Ok);
 
     tour.step(u"address 3"_s);
     tour.menu({u"Einstellungen"_s, u"Geräteadresse"_s});
     tour.type(u"cmbGeraeteAdresse"_s, u"3"_s);
     tour.picture(u"frmGeräteadresse"_s, u"address.png"_s);
     tour.press(u"btnÜbernehmen"_s);
-    tour.answer(u"Hinweis"_s, u"Das Gerät vekQB731-K7W-2 wurde gefunden!"_s, QMessageBox::Ok, u"message-found.png"_s);
+    tour.answer(u"Hinweis"_s, u"Das Gerät vekQB731-K7W-2 wurde gefunden!"_s, QMessageBox::Ok,
+                u"message-found.png"_s);
     tour.expectText(u"sbStatusBar_2"_s, u"ModBus-Geräteadresse =  3"_s);
     tour.expectText(u"frmModBus"_s, u"Modbus RTU - Monitor   V2.2.2            vekQB731-K7W-2"_s);
 }
@@ -110,15 +98,18 @@ void watchBothSides(Tour& tour) {
     expectIndicator(tour, u"LED_0"_s, yellow, u"yellow (pre-alarm)"_s, 60);
     expectIndicator(tour, u"LED_0"_s, red, u"red (alarm)"_s, 60);
     for (const QString& side : {u"+"_s, u"-"_s}) {
-        tour.waitFor(u"a fault on the side %1 in alarm"_s.arg(side), [&] {
-            QWidget* lamp = Tour::find(u"LED_0"_s);
-            return lamp->grab().toImage().pixelColor(lamp->rect().center()) == red &&
-                   Tour::find(u"lblFehlerVorzeichen"_s)->property("text").toString() == side;
-        }, 90);
-        const int slider = tour.inProgram([] { return qobject_cast<QSlider*>(Tour::find(u"Slider1"_s))->value(); });
-        tour.saw(u"side %1: fault position %2 %, R %3 kOhm, Rf- %4, Rf+ %5"_s.arg(side)
-                     .arg(slider)
-                     .arg(tour.text(u"lblMesswert_0"_s), tour.text(u"lblReNeg"_s), tour.text(u"lblRePos"_s)));
+        tour.waitFor(
+            u"a fault on the side %1 in alarm"_s.arg(side),
+            [&] {
+                QWidget* lamp = Tour::find(u"LED_0"_s);
+                return lamp->grab().toImage().pixelColor(lamp->rect().center()) == red &&
+                       Tour::find(u"lblFehlerVorzeichen"_s)->property("text").toString() == side;
+            },
+            90);
+        const int slider =
+            tour.inProgram([] { return qobject_cast<QSlider*>(Tour::find(u"Slider1"_s))->value(); });
+        tour.saw(u"side %1: fault position %2 %, R %3 kOhm, Rf- %4, Rf+ %5"_s.arg(side).arg(slider).arg(
+            tour.text(u"lblMesswert_0"_s), tour.text(u"lblReNeg"_s), tour.text(u"lblRePos"_s)));
         if ((slider > 0) != (side == u"+"_s)) {
             throw TourFailure(u"the bar stands on the wrong side"_s);
         }
@@ -143,8 +134,9 @@ void watchValues(Tour& tour) {
             return !Tour::find(u"lblMesswert_"_s + number)->property("text").toString().isEmpty() &&
                    !Tour::find(u"lblMessName_"_s + number)->property("text").toString().isEmpty();
         });
-        tour.saw(u"%1: %2 %3 %4"_s.arg(tour.text(u"Label7_"_s + number), tour.text(u"lblMesswert_"_s + number),
-                                      tour.text(u"lblRange_"_s + number), tour.text(u"lblEinheit_"_s + number)));
+        tour.saw(
+            u"%1: %2 %3 %4"_s.arg(tour.text(u"Label7_"_s + number), tour.text(u"lblMesswert_"_s + number),
+                                  tour.text(u"lblRange_"_s + number), tour.text(u"lblEinheit_"_s + number)));
     }
     tour.picture(u"frmMbMonitor"_s, u"monitor.png"_s);
 
@@ -155,18 +147,7 @@ void watchValues(Tour& tour) {
     tour.saw(u"update counter %1, then %2"_s.arg(counter, tour.text(u"lblMesswert_8"_s)));
     watchBothSides(tour);
 
-    tour.step(u"\"Stop\""_s);
-    tour.press(u"cmdStop"_s);
-    tour.waitFor(u"\"Start Monitor\" can be pressed again"_s,
-                 [] { return Tour::find(u"cmdRunMonitor"_s)->isEnabled(); });
-    const auto lines = [&] { return tour.text(u"RichTextBox1"_s).count(u'\n'); };
-    const auto atStop = lines();
-    tour.saw(u"the poll has ended, %1 lines in the terminal"_s.arg(atStop));
-    tour.press(u"cmdClose"_s);
-    tour.waitFor(u"the monitor closes"_s, [] { return Tour::find(u"frmMbMonitor"_s) == nullptr; });
-    if (lines() != atStop) {
-        throw TourFailure(u"frames were sent after the stop"_s);
-    }
+    stopMonitor(tour);
 }
 
 void lookAtTerminal(Tour& tour) {
@@ -176,7 +157,8 @@ void lookAtTerminal(Tour& tour) {
     // Read of the device name: ten registers from 9800 of slave 3, then the reply that carries it.
     const auto request = lines.indexOf(u"03032648000A4F71"_s);
     if (request < 0 || !lines.value(request + 1).startsWith(u"03031476656B5142"_s)) {
-        throw TourFailure(u"the search for the device is not in the terminal:\n"_s + lines.mid(0, 8).join(u'\n'));
+        throw TourFailure(u"the search for the device is not in the terminal:\n"_s +
+                          lines.mid(0, 8).join(u'\n'));
     }
     tour.saw(lines[request] + u" and its reply "_s + lines[request + 1]);
     tour.picture(u"frmModBusTerminal"_s, u"terminal.png"_s);
@@ -199,8 +181,4 @@ void mainJob(Tour& tour) {
     searchDevice(tour);
     watchValues(tour);
     lookAtTerminal(tour);
-    tour.chapter(u"End"_s);
-    tour.step(u"Start > Beenden"_s);
-    tour.complete();
-    tour.menu({u"Start"_s, u"Beenden"_s});
 }

@@ -199,7 +199,8 @@ void Tour::answer(const QString& title, const QString& boxText, QMessageBox::Sta
     waitFor(QStringLiteral("a message box \"%1\"").arg(title), [] { return openBox() != nullptr; });
     const QString seenTitle = inProgram([] { return openBox()->windowTitle(); });
     const QString seenText = inProgram([] { return openBox()->text(); });
-    saw(QStringLiteral("message box \"%1\": %2").arg(seenTitle, QString(seenText).replace(QLatin1Char('\n'), QLatin1Char('|'))));
+    saw(QStringLiteral("message box \"%1\": %2")
+            .arg(seenTitle, QString(seenText).replace(QLatin1Char('\n'), QLatin1Char('|'))));
     if (seenTitle != title || seenText != boxText) {
         throw TourFailure(QStringLiteral("expected message box \"%1\": %2").arg(title, boxText));
     }

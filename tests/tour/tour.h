@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <utility>
 
-/// A user at the program's windows: presses, types and looks, from a thread of its own. What does not come true in time
-/// is a TourFailure.
+/// A user at the program's windows: presses, types and looks, from a thread of its own. What does not come
+/// true in time is a TourFailure.
 class Tour {
   public:
     /// `folder` takes the pictures.
@@ -51,7 +51,8 @@ class Tour {
     template <class Function>
     auto inProgram(Function function) {
         std::invoke_result_t<Function> result{};
-        QMetaObject::invokeMethod(qApp, [&] { result = function(); }, Qt::BlockingQueuedConnection);
+        QMetaObject::invokeMethod(
+            qApp, [&] { result = function(); }, Qt::BlockingQueuedConnection);
         return result;
     }
 

@@ -15,6 +15,8 @@ void runTour() {
     try {
         Tour tour(qEnvironmentVariable("TOUR_FOLDER"));
         mainJob(tour);
+        kdlBus(tour);
+        endProgram(tour);
     } catch (const std::exception& failure) {
         std::printf("\n  FAILED: %s\n", failure.what());
         std::fflush(stdout);

@@ -1,0 +1,261 @@
+#include "ui/qt/controlviews.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFontMetrics>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QWidget>
+#include <algorithm>
+
+#include "ui/qt/indicators.h"
+#include "ui/qt/logview.h"
+#include "ui/qt/mnemonics.h"
+#include "ui/qt/optionradio.h"
+#include "ui/qt/qttext.h"
+#include "ui/qt/twips.h"
+
+namespace vek {
+
+namespace {
+
+constexpr int fieldPadding = 12;  // frame and margins of a field beside its characters
+constexpr int comboCharacters = 12;
+constexpr double titleScale = 1.3;
+
+int widthOfCharacters(const QWidget& widget, int count) {
+    return widget.fontMetrics().horizontalAdvance(QLatin1Char('0')) * count + fieldPadding;
+}
+
+/// As wide as it must be, wider where there is room; the toolkit's own field asks for 17 characters always.
+class Field : public QLineEdit {
+  public:
+    Field(int characters, QWidget* parent) : QLineEdit(parent), characters_(characters) {}
+
+    QSize sizeHint() const override {
+        return {widthOfCharacters(*this, characters_), QLineEdit::sizeHint().height()};
+    }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+  private:
+    int characters_;
+};
+
+/// Keeps room for a number of characters, and grows with longer texts.
+class TextLabel : public QLabel {
+  public:
+    TextLabel(int characters, QWidget* parent) : QLabel(parent), characters_(characters) {}
+
+    QSize sizeHint() const override { return withRoom(QLabel::sizeHint()); }
+    QSize minimumSizeHint() const override { return withRoom(QLabel::minimumSizeHint()); }
+
+  private:
+    QSize withRoom(QSize size) const {
+        return characters_ == 0 ? size : size.expandedTo({widthOfCharacters(*this, characters_), 0});
+    }
+
+    int characters_;
+};
+
+Qt::Alignment alignmentOf(Align align) {
+    constexpr Qt::AlignmentFlag flags[] = {Qt::AlignLeft, Qt::AlignHCenter, Qt::AlignRight};
+    return flags[static_cast<int>(align)] | Qt::AlignVCenter;
+}
+
+QFont fontOf(TextStyle style, QFont font) {
+    font.setBold(style != TextStyle::Normal);
+    if (style == TextStyle::Title) {
+        font.setPointSizeF(font.pointSizeF() * titleScale);
+    }
+    return font;
+}
+
+void sink(QLabel& label) {
+    label.setFrameStyle(QFrame::StyledPanel | QFrame::Sunken);
+    label.setBackgroundRole(QPalette::Base);
+    label.setAutoFillBackground(true);
+    label.setMargin(2);
+}
+
+QWidget* makeLabel(Label& control, QWidget& parent, Links& links) {
+    auto* label = new TextLabel(control.minimumCharacters, &parent);
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(alignmentOf(control.align));
+    label->setFont(fontOf(control.style, label->font()));
+    if (control.sunken) {
+        sink(*label);
+    }
+    links.show(control.caption, [label](const std::string& text) { label->setText(toQt(text)); });
+    return label;
+}
+
+QWidget* makeTextBox(TextBox& control, QWidget& parent, Links& links) {
+    auto* edit = new Field(control.minimumCharacters, &parent);
+    links.show(control.text, [edit](const std::string& text) {
+        if (edit->text() != toQt(text)) {
+            edit->setText(toQt(text));
+        }
+    });
+    links.on(edit, &QLineEdit::textChanged, [&control, &links](const QString& text) {
+        links.change(control.text, fromQt(text), control.change);
+    });
+    return edit;
+}
+
+QWidget* makeButton(Button& control, QWidget& parent, Links& links) {
+    auto* button = new QPushButton(&parent);
+    button->setAutoDefault(true);  // Enter presses the button that has the focus
+    links.show(control.caption, [button, key = control.mnemonic](const std::string& text) {
+        setButtonText(*button, toQt(text), key);
+    });
+    links.on(button, &QPushButton::clicked, [&control, &links] { links.call(control.click); });
+    return button;
+}
+
+QWidget* makeCheckBox(CheckBox& control, QWidget& parent, Links& links) {
+    auto* box = new QCheckBox(&parent);
+    links.show(control.caption, [box, key = control.mnemonic](const std::string& text) {
+        setButtonText(*box, toQt(text), key);
+    });
+    links.show(control.value, [box](bool set) { box->setChecked(set); });
+    links.on(box, &QCheckBox::toggled,
+             [&control, &links](bool set) { links.change(control.value, set, control.click); });
+    return box;
+}
+
+QWidget* makeOption(OptionButton& control, QWidget& parent, Links& links) {
+    auto* radio = new OptionRadio(control, parent);
+    links.show(control.caption, [radio](const std::string& text) { setButtonText(*radio, toQt(text), 0); });
+    links.show(control.value, [radio](bool set) {
+        radio->setChecked(set);
+        radio->updateTabStop();
+    });
+    links.show(control.enabled, [radio](bool /*enabled*/) { radio->updateTabStop(); });
+    links.on(radio, &OptionRadio::toggled, [&control, &links](bool set) {
+        links.change(control.value, set, set ? control.click : nullptr);
+    });
+    return radio;
+}
+
+/// The list holds what the program put into it; what the user types stays in the edit field.
+void fill(QComboBox& box, const std::vector<std::string>& items) {
+    const QString typed = box.currentText();
+    const QSignalBlocker quiet(box);
+    box.clear();
+    for (const std::string& item : items) {
+        box.addItem(toQt(item));
+    }
+    box.setCurrentIndex(-1);
+    box.setEditText(typed);
+}
+
+QWidget* makeComboBox(ComboBox& control, QWidget& parent, Links& links) {
+    auto* box = new QComboBox(&parent);
+    box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    box->setCompleter(nullptr);
+    box->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    QLineEdit* edit = box->lineEdit();
+    edit->setPlaceholderText(toQt(control.hint));
+    box->setMinimumContentsLength(
+        std::max(comboCharacters, static_cast<int>(edit->placeholderText().size())));
+    links.show(control.items, [box](const std::vector<std::string>& items) { fill(*box, items); });
+    links.show(control.text, [box](const std::string& text) {
+        if (box->currentText() != toQt(text)) {
+            box->setEditText(toQt(text));
+        }
+    });
+    const auto markSelection = [&control, &links, edit] {
+        links.change(control.selectedText, fromQt(edit->selectedText()), nullptr);
+    };
+    links.on(edit, &QLineEdit::textChanged, [&control, &links, markSelection](const QString& text) {
+        markSelection();
+        links.change(control.text, fromQt(text), control.change);
+    });
+    // A field that loses the focus shows its marking no longer, but what the user marked counts when he then
+    // presses a button.
+    links.on(edit, &QLineEdit::selectionChanged, [edit, markSelection] {
+        if (edit->hasFocus() || edit->hasSelectedText()) {
+            markSelection();
+        }
+    });
+    links.on(box, &QComboBox::activated, [edit](int /*index*/) { edit->selectAll(); });
+    return box;
+}
+
+QWidget* makeFrame(Frame& control, QWidget& parent, Links& links) {
+    auto* group = new QGroupBox(&parent);
+    links.show(control.caption, [group](const std::string& text) { group->setTitle(toQt(text)); });
+    return group;
+}
+
+QWidget* makeSlider(Slider& control, QWidget& parent, Links& links) {
+    auto* slider = new PositionBar(&parent);
+    slider->setRange(control.minimum, control.maximum);
+    slider->setTickInterval((control.maximum - control.minimum) / PositionBar::tickSpaces);
+    links.show(control.value, [slider](int position) { slider->setValue(position); });
+    return slider;
+}
+
+QWidget* makeShape(Shape& control, QWidget& parent, Links& links) {
+    auto* lamp = new Lamp(&parent);
+    links.show(control.fillColor,
+               [lamp](const Color& color) { lamp->setColor(QColor(color.red, color.green, color.blue)); });
+    return lamp;
+}
+
+QWidget* makePicture(Picture& /*control*/, QWidget& parent, Links& /*links*/) {
+    return new ProgramPicture(&parent);
+}
+
+QWidget* makeLog(Log& control, QWidget& parent, Links& links) {
+    auto* view = new LogView(control.store, &parent);
+    links.show(control.height, [view](int twips) { view->setWantedHeight(pixelsFromTwips(twips)); });
+    return view;
+}
+
+using Maker = QWidget* (*)(Control& control, QWidget& parent, Links& links);
+
+/// Null when the control is of another kind.
+template <class Kind, QWidget* (*make)(Kind&, QWidget&, Links&)>
+QWidget* attempt(Control& control, QWidget& parent, Links& links) {
+    auto* const kind = dynamic_cast<Kind*>(&control);
+    return kind == nullptr ? nullptr : make(*kind, parent, links);
+}
+
+constexpr Maker makers[] = {
+    attempt<Label, makeLabel>,
+    attempt<TextBox, makeTextBox>,
+    attempt<Button, makeButton>,
+    attempt<CheckBox, makeCheckBox>,
+    attempt<OptionButton, makeOption>,
+    attempt<ComboBox, makeComboBox>,
+    attempt<Frame, makeFrame>,
+    attempt<Slider, makeSlider>,
+    attempt<Shape, makeShape>,
+    attempt<Picture, makePicture>,
+    attempt<Log, makeLog>,
+};
+
+}  // namespace
+
+void bindCommon(Control& control, QWidget& widget, Links& links) {
+    widget.setObjectName(toQt(control.name));
+    links.show(control.visible, [&widget](bool visible) { widget.setVisible(visible); });
+    links.show(control.enabled, [&widget](bool enabled) { widget.setEnabled(enabled); });
+    links.show(control.toolTip, [&widget](const std::string& text) { widget.setToolTip(toQt(text)); });
+}
+
+QWidget* makeControlView(Control& control, QWidget& parent, Links& links) {
+    for (const Maker make : makers) {
+        if (QWidget* widget = make(control, parent, links)) {
+            bindCommon(control, *widget, links);
+            return widget;
+        }
+    }
+    return nullptr;
+}
+
+}  // namespace vek

@@ -1,0 +1,105 @@
+#include "ui/qt/frontend.h"
+
+#include <QApplication>
+#include <QMdiArea>
+#include <QSessionManager>
+#include <utility>
+
+#include "ui/qt/besidewindow.h"
+#include "ui/qt/childwindow.h"
+#include "ui/qt/endsignals.h"
+#include "ui/qt/icons.h"
+#include "ui/qt/mainwindow.h"
+#include "ui/qt/mnemonics.h"
+
+namespace vek {
+
+FrontEnd::FrontEnd() : endSignals_(std::make_unique<EndSignals>([this] { requestEnd(); })) {
+    QApplication::setStyle(new MnemonicStyle(QStringLiteral("Fusion")));
+    QApplication::setWindowIcon(programIcon());
+    QApplication::setQuitOnLastWindowClosed(false);  // the program decides when it ends
+    QCoreApplication::installTranslator(&texts_);
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, endSignals_.get(),
+                     [this](QSessionManager& /*session*/) { requestEnd(); });
+}
+
+FrontEnd::~FrontEnd() = default;
+
+int FrontEnd::exec(const std::function<void()>& start) {
+    dispatcher_.run(start);
+    const int status = dispatcher_.ending() ? 0 : QApplication::exec();
+    dispatcher_.stop();
+    discardAll();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    return status;
+}
+
+void FrontEnd::shown(Form& form) {
+    if (dispatcher_.ending()) {
+        return;
+    }
+    using Show = void (FrontEnd::*)(Form&);
+    constexpr Show shows[] = {&FrontEnd::showMain, &FrontEnd::showBeside, &FrontEnd::showChild};
+    (this->*shows[static_cast<int>(form.kind)])(form);
+}
+
+void FrontEnd::showMain(Form& form) {
+    mainWindow_ = new MainWindow(form, dispatcher_);
+    windows_.emplace(&form, mainWindow_);
+    mainWindow_->present();
+    for (BesideWindow* window : std::exchange(waiting_, {})) {
+        window->attachTo(*mainWindow_);
+        window->present();
+    }
+}
+
+void FrontEnd::showBeside(Form& form) {
+    auto* const window = new BesideWindow(form, dispatcher_);
+    windows_.emplace(&form, window);
+    if (mainWindow_ == nullptr) {
+        waiting_.push_back(window);
+        return;
+    }
+    window->attachTo(*mainWindow_);
+    window->present();
+}
+
+void FrontEnd::showChild(Form& form) {
+    if (mainWindow_ == nullptr) {
+        return;
+    }
+    auto* const window = new ChildWindow(form, dispatcher_, mainWindow_->area());
+    windows_.emplace(&form, window);
+    window->present();
+}
+
+void FrontEnd::closed(Form& form) {
+    const auto found = windows_.find(&form);
+    if (found == windows_.end()) {
+        return;
+    }
+    FormWindow* const window = found->second;
+    if (window == mainWindow_) {
+        discardAll();  // the others stand inside or beside it
+        return;
+    }
+    windows_.erase(found);
+    std::erase_if(waiting_, [window](FormWindow* waiting) { return waiting == window; });
+    window->discard();
+}
+
+void FrontEnd::discardAll() {
+    for (const auto& [form, window] : std::exchange(windows_, {})) {
+        window->discard();
+    }
+    waiting_.clear();
+    mainWindow_ = nullptr;
+}
+
+void FrontEnd::requestEnd() {
+    if (mainWindow_ != nullptr) {
+        mainWindow_->requestClose();
+    }
+}
+
+}  // namespace vek

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QIcon>
+#include <string>
+
+namespace vek {
+
+/// The picture of the tool bar button with this key, sharp at every size; without a picture for an unknown
+/// key.
+QIcon toolIcon(const std::string& key);
+
+/// The picture of the program itself.
+QIcon programIcon();
+
+}  // namespace vek

@@ -1,0 +1,80 @@
+#include "ui/qt/mainwindow.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QMdiArea>
+#include <QScreen>
+
+#include "ui/qt/formview.h"
+#include "ui/qt/icons.h"
+#include "ui/qt/menus.h"
+#include "ui/qt/qttext.h"
+#include "ui/qt/twips.h"
+
+namespace vek {
+
+namespace {
+
+constexpr QSize comfortableSize(1100, 800);
+constexpr QSize frameAllowance(8, 40);  // what a window manager's frame takes, roughly
+
+}  // namespace
+
+MainWindow::MainWindow(Form& form, Dispatcher& dispatcher)
+    : form_(form), area_(new QMdiArea(this)), links_(dispatcher) {
+    setObjectName(toQt(form.name));
+    setWindowIcon(programIcon());
+    setCentralWidget(area_);
+    makeMenu(form.menu(), *this, links_);
+    if (ToolBar* bar = form.toolBar()) {
+        makeToolBar(*bar, *this, links_);
+    }
+    if (StatusBar* bar = form.statusBar()) {
+        makeStatusBar(*bar, *this, links_);
+    }
+    links_.show(form.caption, [this](const std::string& text) { setWindowTitle(toQt(text)); });
+    runTimers(form, *this, links_);
+    resize(ownSize());
+    geometry_ = new WindowGeometry(form.geometry, *this, links_);
+}
+
+/// Comfortable, but within the screen from the form's place on.
+QSize MainWindow::ownSize() const {
+    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+    const QSize before(pixelsFromTwips(form_.geometry.left), pixelsFromTwips(form_.geometry.top));
+    return comfortableSize.boundedTo(screen - before - frameAllowance).expandedTo(minimumSizeHint());
+}
+
+void MainWindow::present() {
+    links_.show(form_.visible, [this](bool visible) { setVisible(visible); });
+    geometry_->report();
+}
+
+void MainWindow::discard() {
+    open_ = false;
+    links_.cut();
+    geometry_->detach();
+    hide();
+    deleteLater();
+}
+
+void MainWindow::requestClose() {
+    if (open_) {
+        links_.call([this] { form_.closeBoxPressed(); });
+    }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    requestClose();
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    // A maximized child window adds its own title; the caption stays what the form says.
+    if (event->type() == QEvent::WindowTitleChange && open_ && windowTitle() != toQt(form_.caption)) {
+        setWindowTitle(toQt(form_.caption));
+    }
+}
+
+}  // namespace vek

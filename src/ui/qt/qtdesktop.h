@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/desktop.h"
+#include "platform/numberlocale.h"
+#include "platform/serialcontrol.h"
+
+namespace vek {
+
+class Dispatcher;
+
+/// Message boxes, file dialogs, events and time from Qt.
+class QtDesktop : public Desktop {
+  public:
+    explicit QtDesktop(const Dispatcher& dispatcher) : dispatcher_(dispatcher) {}
+
+    MessageAnswer messageBox(const MessageBox& box) override;
+    std::optional<std::string> chooseFile(const FileDialog& dialog) override;
+    void processEvents() override;
+    void waitForEvents(TimePoint until = TimePoint::max()) override;
+    TimePoint now() const override { return Clock::now(); }
+
+    /// The line whose bytes wake waitForEvents(); it outlives the desktop's last wait.
+    void watchLine(const SerialControl& line) { line_ = &line; }
+
+  private:
+    const Dispatcher& dispatcher_;
+    const SerialControl* line_ = nullptr;
+};
+
+/// How the user's system writes numbers, whether or not its locale is installed.
+NumberLocale systemNumberLocale();
+
+}  // namespace vek
