@@ -22,7 +22,7 @@ namespace {
 
 constexpr int dockingInterval = 500;  // milliseconds
 constexpr int standardWidth = 15000;  // twips
-constexpr int standardHeight = 10500;
+constexpr int standardHeight = 10800;
 
 /// Twips between a window's height and that of the text box in it.
 constexpr int terminalBorder = 400;

@@ -1,0 +1,135 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QFontMetricsF>
+#include <QImage>
+#include <QScrollBar>
+#include <QTest>
+#include <algorithm>
+#include <set>
+
+#include "ui/qt/logview.h"
+
+namespace vek::test {
+
+namespace {
+
+class LogViewTest : public ::testing::Test {
+  protected:
+    LogViewTest() {
+        view.resize(300, 200);
+        view.show();
+    }
+
+    void append(int lines) {
+        for (int line = 0; line < lines; ++line) {
+            store.append(LogColor::Black, LogForm::Text, "line " + std::to_string(store.lineCount()));
+        }
+    }
+
+    void settle() { QTest::qWait(80); }
+
+    QPoint at(int row, double column) const {
+        const double width = QFontMetricsF(view.font()).horizontalAdvance(QLatin1Char('0'));
+        return {static_cast<int>(3 + column * width),
+                static_cast<int>((row + 0.5) * view.fontMetrics().lineSpacing())};
+    }
+
+    QScrollBar& bar() { return *view.verticalScrollBar(); }
+
+    LogStore store;
+    LogView view{store, nullptr};
+};
+
+TEST_F(LogViewTest, FollowsTheEndUnlessTheUserHasScrolledUp) {
+    append(100);
+    settle();
+    EXPECT_GT(bar().maximum(), 0);
+    EXPECT_EQ(bar().value(), bar().maximum());
+
+    bar().setValue(10);
+    append(100);
+    settle();
+    EXPECT_EQ(bar().value(), 10);
+
+    QTest::keyClick(&view, Qt::Key_End);
+    append(1);
+    settle();
+    EXPECT_EQ(bar().value(), bar().maximum());
+}
+
+TEST_F(LogViewTest, PlainTextIsTheWholeLog) {
+    store.append(LogColor::Black, LogForm::Hex, "\x01\xAF");
+    store.append(LogColor::Red, LogForm::Text, "\xFC!\r");
+    store.append(LogColor::Red, LogForm::Hex, "");
+    EXPECT_EQ(view.property("plainText").toString(), QStringLiteral("01AF\nü!\uFFFD\n\n"));
+}
+
+TEST_F(LogViewTest, LinesHaveTheirColoursOnWhite) {
+    store.append(LogColor::Red, LogForm::Hex, std::string(40, '\xEE'));
+    store.append(LogColor::Blue, LogForm::Hex, std::string(40, '\xEE'));
+    settle();
+    const QImage picture = view.viewport()->grab().toImage();
+    const auto colours = [&](int row) {
+        std::set<QRgb> found;
+        const int height = view.fontMetrics().lineSpacing();
+        for (int y = row * height; y < (row + 1) * height; ++y) {
+            for (int x = 0; x < picture.width(); ++x) {
+                found.insert(picture.pixel(x, y) & 0xFFFFFF);
+            }
+        }
+        return found;
+    };
+    EXPECT_TRUE(colours(0).contains(0xFF0000));
+    EXPECT_TRUE(colours(1).contains(0x0000FF));
+    EXPECT_EQ(colours(3), std::set<QRgb>{0xFFFFFF});
+}
+
+TEST_F(LogViewTest, MarksWithMouseAndKeysAndCopies) {
+    append(5);
+    settle();
+    QWidget* const page = view.viewport();
+    QTest::mousePress(page, Qt::LeftButton, Qt::NoModifier, at(1, 2));
+    QTest::mouseMove(page, at(2, 4));
+    QTest::mouseRelease(page, Qt::LeftButton, Qt::NoModifier, at(2, 4));
+    EXPECT_EQ(view.selectedText(), QStringLiteral("ne 1\nline"));
+
+    QTest::mouseClick(page, Qt::LeftButton, Qt::ShiftModifier, at(1, 4));
+    EXPECT_EQ(view.selectedText(), QStringLiteral("ne"));
+
+    QTest::mouseDClick(page, Qt::LeftButton, Qt::NoModifier, at(3, 1));
+    EXPECT_EQ(view.selectedText(), QStringLiteral("line"));
+
+    view.setFocus();
+    QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("line 0\nline 1\nline 2\nline 3\nline 4"));
+}
+
+TEST_F(LogViewTest, DraggingBeyondTheEdgeScrollsOn) {
+    append(100);
+    settle();
+    bar().setValue(0);
+    QTest::mousePress(view.viewport(), Qt::LeftButton, Qt::NoModifier, at(0, 0));
+    QTest::mouseMove(view.viewport(), QPoint(10, view.viewport()->height() + 40));
+    EXPECT_TRUE(QTest::qWaitFor([this] { return bar().value() > 5; }));
+    QTest::mouseRelease(view.viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
+}
+
+TEST_F(LogViewTest, MillionsOfLinesCostNothingUntilTheyAreLookedAt) {
+    constexpr int lines = 10'000'000;
+    for (int line = 0; line < lines; ++line) {
+        store.append(LogColor::Black, LogForm::Hex, "\x42");
+    }
+    EXPECT_EQ(bar().maximum(), 0) << "appending draws nothing";
+    settle();
+    EXPECT_EQ(bar().maximum(), lines - bar().pageStep());
+    bar().setValue(lines / 2);
+    QTest::mouseDClick(view.viewport(), Qt::LeftButton, Qt::NoModifier, at(2, 1));
+    EXPECT_EQ(view.selectedText(), QStringLiteral("42"));
+}
+
+}  // namespace
+
+}  // namespace vek::test
