@@ -10,7 +10,7 @@ namespace {
 using Boxes = std::vector<std::string>;
 
 struct FolderCase {
-    Folder answer;
+    FolderResult result;
     const char* folder;
     const char* settingsFile;
     Boxes boxes;
@@ -18,20 +18,17 @@ struct FolderCase {
 
 TEST(ProfileValues, TheSettingsFileStandsInTheCommonFolder) {
     const FolderCase cases[] = {
-        {{FolderResult::Ok, "/daten"}, "/daten", "/daten/vekXX731_Monitor.ini", {}},
-        {{FolderResult::InvalidArgument, ""},
+        {FolderResult::Ok, "/daten", "/daten/vekXX731_Monitor.ini", {}},
+        {FolderResult::InvalidArgument,
          "",
          "/vekXX731_Monitor.ini",
          {"Fehler|stop|ok|Ungültiges Verzeichnis"}},
-        {{FolderResult::NotFound, ""},
-         "",
-         "/vekXX731_Monitor.ini",
-         {"Fehler|stop|ok|Datei-Pfad nicht gefunden"}},
-        {{FolderResult::Failed, ""}, "", "/vekXX731_Monitor.ini", {}},
+        {FolderResult::NotFound, "", "/vekXX731_Monitor.ini", {"Fehler|stop|ok|Datei-Pfad nicht gefunden"}},
+        {FolderResult::Failed, "", "/vekXX731_Monitor.ini", {}},
     };
     for (const FolderCase& c : cases) {
         TestProgram test;
-        test.folders.answer = c.answer;
+        test.folders.answer = {c.result, c.folder};
         EXPECT_EQ(settingsFilePath(test.program), c.settingsFile);
         EXPECT_EQ(test.desktop.takeBoxes(), c.boxes);
         EXPECT_EQ(GetCommonAppDataFolder(test.program), c.folder);

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QMdiArea>
 #include <QScreen>
+#include <algorithm>
 
 #include "ui/qt/formview.h"
 #include "ui/qt/icons.h"
@@ -34,18 +35,25 @@ MainWindow::MainWindow(Form& form, Dispatcher& dispatcher)
     }
     links_.show(form.caption, [this](const std::string& text) { setWindowTitle(toQt(text)); });
     runTimers(form, *this, links_);
-    resize(ownSize());
+    resize(comfortableSize.boundedTo(roomOnScreen() - frameAllowance));
     geometry_ = new WindowGeometry(form.geometry, *this, links_);
 }
 
-/// Comfortable, but within the screen from the form's place on.
-QSize MainWindow::ownSize() const {
-    const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+/// From the form's place on, to the right and down.
+QSize MainWindow::roomOnScreen() const {
     const QSize before(pixelsFromTwips(form_.geometry.left), pixelsFromTwips(form_.geometry.top));
-    return comfortableSize.boundedTo(screen - before - frameAllowance).expandedTo(minimumSizeHint());
+    return QGuiApplication::primaryScreen()->availableSize() - before;
+}
+
+/// A size that suits a common screen can be too much for a small one.
+void MainWindow::keepOnScreen() {
+    const QSize room = roomOnScreen();
+    form_.geometry.width = std::min(form_.geometry.width.get(), twipsFromPixels(room.width()));
+    form_.geometry.height = std::min(form_.geometry.height.get(), twipsFromPixels(room.height()));
 }
 
 void MainWindow::present() {
+    keepOnScreen();
     links_.show(form_.visible, [this](bool visible) { setVisible(visible); });
     geometry_->report();
 }

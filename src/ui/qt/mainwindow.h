@@ -32,7 +32,8 @@ class MainWindow : public QMainWindow, public FormWindow {
     void changeEvent(QEvent* event) override;
 
   private:
-    QSize ownSize() const;
+    QSize roomOnScreen() const;
+    void keepOnScreen();
 
     Form& form_;
     QMdiArea* area_;
