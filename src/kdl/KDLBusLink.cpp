@@ -29,12 +29,18 @@ void logText(Program& program, LogColor color, std::string_view text) {
     }
 }
 
+/// Bytes that nobody has fetched from the system would end every wait at once; the port keeps them for later.
+void waitForEvents(Program& program, TimePoint until = TimePoint::max()) {
+    program.RS485.receivedCount();
+    program.desktop.waitForEvents(until);
+}
+
 /// Ends also when the line stands still, as it does when the adapter has been pulled out.
 void waitUntilSent(Program& program) {
     const TimePoint limit = program.desktop.now() + sendLimit;
     program.desktop.processEvents();
     while (program.RS485.sendQueueCount() > 0 && program.desktop.now() < limit) {
-        program.desktop.waitForEvents(program.desktop.now() + sendQueueLook);
+        waitForEvents(program, program.desktop.now() + sendQueueLook);
     }
 }
 
@@ -85,6 +91,8 @@ Bytes KdlTransact(Program& program, std::string_view command) {
     KdlAppendChecksum(request);
     program.RS485.readInput();
     DelayMs(program, pauseBeforeRequest);
+    // A late reply that comes in the pause must not pass for the answer to this request.
+    program.RS485.readInput();
     logText(program, LogColor::Black, request);
     program.RS485.writeOutput(request);
     waitUntilSent(program);
@@ -103,7 +111,7 @@ void DelayMs(Program& program, int milliseconds) {
     program.DelayElapsed = false;
     startTimer(program.Timer1, milliseconds);
     while (!program.DelayElapsed) {
-        program.desktop.waitForEvents();
+        waitForEvents(program);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "app/frmGeraeteadresse.h"
 #include "app/frmModBus.h"
+#include "kdl/kdldevice.h"
 #include "support/hexbytes.h"
 #include "support/testprogram.h"
 
@@ -186,6 +187,135 @@ TEST_F(AddressDialog, DoesNothingWhileTheLineIsInUse) {
     dialog().btnÜbernehmen.click();
     EXPECT_TRUE(isOpen());
     EXPECT_TRUE(test.serial.openings.empty());
+    EXPECT_TRUE(test.desktop.boxes.empty());
+}
+
+class KdlAddressDialog : public AddressDialog {
+  protected:
+    KdlAddressDialog() { configureKdl(test.program); }
+
+    void searchKdl(const std::string& address) {
+        if (!isOpen()) {
+            window.mnuGeräteadresse.click();
+        }
+        dialog().cmbGeraeteAdresse.text = address;
+        dialog().btnÜbernehmen.click();
+        EXPECT_FALSE(isOpen());
+        EXPECT_FALSE(test.serial.isOpen());
+        EXPECT_TRUE(window.Toolbar1.visible);
+    }
+
+    static std::string notOnTheBus(const std::string& address) {
+        return "Hinweis|info|ok|Gerät mit der Adresse " + address +
+               " ist nicht am KDL-Bus vorhanden bzw. falsche Schnittstelle oder falsches Protokoll "
+               "eingestellt!";
+    }
+
+    KdlDevice device{test.serial};
+    const std::string failedKdlCaption = "KDL - Monitor    V2.2.2            ";
+    const std::string foundKdlCaption = "KDL - Monitor   V2.2.2            ";
+};
+
+struct KdlFoundCase {
+    const char* address;
+    const char* frame;  ///< of the first request
+    int deviceAddress;
+    Bytes variant;
+    const char* name;
+    int type;
+};
+
+TEST_F(KdlAddressDialog, ADeviceThatAnswersIsTakenOver) {
+    const KdlFoundCase cases[] = {
+        {"3", ":;003:IDNM?&dZs\r\n", 3, "731-K7-2", "vekQA731-K7-2", 3},
+        {"247", ":;247:IDNM?&dZi\r\n", 247, " 731", "vekQA 731", 3},
+        {"0", ":;000:IDNM?&dZv\r\n", 0, "", "vekQA", 1},
+        {" 12", ":;012:IDNM?&dZs\r\n", 12, "\x80\n", "vekQA€\uFFFD", 1},
+        {"12a", ":;12a:IDNM?&dZB\r\n", 12, " 731 ", "vekQA 731 ", 1},
+    };
+    for (const KdlFoundCase& c : cases) {
+        device.answers = {{":IDNM?", "vekQA"}, {":IDNV?", c.variant}};
+        test.serial.written.clear();
+        searchKdl(c.address);
+        ASSERT_EQ(test.serial.written.size(), 2U) << c.address;
+        EXPECT_EQ(test.serial.written[0], c.frame);
+        EXPECT_EQ(test.program.KdlAddressPrefix, std::string(c.frame).substr(0, 5));
+        EXPECT_EQ(test.program.DeviceAddress, c.deviceAddress) << c.address;
+        EXPECT_EQ(test.program.DeviceType, c.type) << c.address;
+        EXPECT_EQ(test.desktop.takeBoxes(), Boxes{found(c.name)});
+        EXPECT_EQ(window.caption.get(), foundKdlCaption + c.name);
+        EXPECT_EQ(window.sbStatusBar_2.caption.get(), std::string("KDL-Geräteadresse = ") + c.address);
+    }
+    EXPECT_EQ(test.serial.openings.back().settings, "9600,e,7,1");
+}
+
+TEST_F(KdlAddressDialog, ADeviceThatAnswersHalfOrNotAtAllLeavesNoAddress) {
+    const std::map<std::string, Bytes> cases[] = {{}, {{":IDNM?", "vekQA731"}}, {{":IDNV?", "-K7-2"}}};
+    for (const auto& answers : cases) {
+        device.answers = answers;
+        searchKdl("12");
+        EXPECT_EQ(device.takeCommands(), (std::vector<std::string>{":IDNM?", ":IDNV?"}));
+        EXPECT_EQ(test.desktop.takeBoxes(), Boxes{notOnTheBus("12")});
+        EXPECT_EQ(test.program.KdlAddressPrefix, "     ");
+        EXPECT_EQ(test.program.DeviceName, "vekQB731-K7W-2") << "of the last search that found one";
+        EXPECT_EQ(test.program.DeviceType, 1);
+        EXPECT_EQ(window.caption.get(), failedKdlCaption);
+        EXPECT_EQ(window.sbStatusBar_2.caption.get(), "KDL-Geräteadresse = 12");
+    }
+    test.serial.openErrors = {{3, PortError::NotPermitted}};
+    searchKdl("12");
+    EXPECT_EQ(test.desktop.takeBoxes(), Boxes{notOnTheBus("12")}) << "a port without a message of its own";
+
+    window.mnuMonitor.click();
+    EXPECT_EQ(test.desktop.boxes,
+              Boxes{"Hinweis|info|ok|Zuerst die Schnittstellenparameter und die Geräteadresse einstellen"});
+}
+
+TEST_F(KdlAddressDialog, AddressesOutsideTheRangeAreNotSearched) {
+    for (const char* text : {"1", "248", "-3", "1.9", "999"}) {
+        searchKdl(text);
+        EXPECT_EQ(test.desktop.takeBoxes(), Boxes{outOfRange}) << text;
+        EXPECT_EQ(window.caption.get(), startCaption);
+        EXPECT_EQ(test.program.KdlAddressPrefix, ":;003");
+    }
+    EXPECT_TRUE(test.serial.openings.empty());
+}
+
+TEST_F(KdlAddressDialog, ATextOfAnotherLengthEndsTheProgramWithoutAWord) {
+    for (const char* text : {"", "0012", "12abc"}) {
+        TestProgram other;
+        auto& mainWindow = other.open<frmModBus>();
+        configureKdl(other.program);
+        mainWindow.mnuGeräteadresse.click();
+        auto& opened = dynamic_cast<frmGeräteadresse&>(*other.program.windows.find("frmGeräteadresse"));
+        opened.cmbGeraeteAdresse.text = std::string(text);
+        EXPECT_TRUE(other.endsProgram([&] { opened.btnÜbernehmen.click(); })) << text;
+        EXPECT_TRUE(other.serial.openings.empty());
+        EXPECT_TRUE(other.desktop.boxes.empty());
+        EXPECT_EQ(mainWindow.sbStatusBar_2.caption.get().find("KDL"), std::string::npos);
+    }
+}
+
+TEST_F(KdlAddressDialog, ClicksAndTheCloseBoxWhileTheReplyIsAwaited) {
+    device.answers = {{":IDNM?", "vekQA"}, {":IDNV?", " 731"}};
+    frmGeräteadresse& opened = dialog();
+    test.desktop.onEvents = [&] {
+        opened.btnÜbernehmen.click();
+        opened.closeBoxPressed();
+    };
+    searchKdl("3");
+    EXPECT_EQ(device.commands.size(), 2U) << "one search";
+    EXPECT_EQ(test.desktop.boxes, Boxes{found("vekQA 731")});
+    EXPECT_FALSE(test.program.lineInUse);
+    test.program.windows.collect();
+}
+
+TEST_F(KdlAddressDialog, TheProgramEndsWhileTheReplyIsAwaited) {
+    device.onCommand = [&](const std::string&) { test.desktop.onEvents = [&] { window.closeBoxPressed(); }; };
+    dialog().cmbGeraeteAdresse.text = "12";
+    EXPECT_TRUE(test.endsProgram([this] { dialog().btnÜbernehmen.click(); }));
+    EXPECT_EQ(device.commands.size(), 1U);
+    EXPECT_EQ(window.caption.get(), startCaption);
     EXPECT_TRUE(test.desktop.boxes.empty());
 }
 

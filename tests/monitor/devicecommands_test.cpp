@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "kdl/kdldevice.h"
 #include "monitor/frmMbMonitor.h"
 #include "support/hexbytes.h"
 #include "support/testprogram.h"
@@ -99,12 +100,15 @@ TEST(DeviceCommands, SendTheirWordsAndTellHowItWent) {
 }
 
 TEST(DeviceCommands, ACancelledCalibrationSendsNothing) {
-    TestProgram test;
-    test.configure();
-    test.desktop.answers = {MessageAnswer::Cancel};
-    test.open<frmMbMonitor>().cmdCal.click();
-    EXPECT_EQ(test.desktop.boxes, (Boxes{question, "Info|info|ok|Die Kalibrierung wurde abgebrochen!"}));
-    EXPECT_TRUE(test.serial.openings.empty());
+    for (const char* frameFormat : {",e,8,1", kdlFrameFormat}) {
+        TestProgram test;
+        test.configure();
+        test.program.FrameFormat = frameFormat;
+        test.desktop.answers = {MessageAnswer::Cancel};
+        test.open<frmMbMonitor>().cmdCal.click();
+        EXPECT_EQ(test.desktop.boxes, (Boxes{question, "Info|info|ok|Die Kalibrierung wurde abgebrochen!"}));
+        EXPECT_TRUE(test.serial.openings.empty());
+    }
 }
 
 TEST(DeviceCommands, AClickOnAnotherOneWhileABoxIsOpenDoesNothing) {
@@ -131,6 +135,75 @@ TEST(DeviceCommands, EndingTheProgramSparesTheFailureMessage) {
     EXPECT_TRUE(test.endsProgram([&] { monitor.cmdFACT.click(); }));
     EXPECT_EQ(test.desktop.boxes, (Boxes{crcDialog, farewell}));
     EXPECT_FALSE(test.serial.isOpen());
+}
+
+struct KdlCommandCase {
+    Button frmMbMonitor::*button;
+    const char* frame;
+    Boxes taken;    ///< boxes when the device acknowledges
+    Boxes refused;  ///< boxes when it does not
+};
+
+const KdlCommandCase kdlCommandCases[] = {
+    {&frmMbMonitor::cmdCal,
+     ":;003:KAL&00`\r\n",
+     {question, "Hinweis|info|ok|Das Geräte ist nun im Kalibrier-Modus."},
+     {question, notCalibrated}},
+    {&frmMbMonitor::cmdTest,
+     ":;003:TESTI&dZQ\r\n",
+     {"Hinweis|info|ok|Der Selbsttest wurde gestartet."},
+     {"Fehler|stop|ok|Der Selbsttest konnte nicht durchgeführt werden"}},
+    {&frmMbMonitor::cmdCLR,
+     ":;003:ALMCL&dZq\r\n",
+     {"Hinweis|info|ok|Der Fehlerspeicher(Alarme) wurde zurückgesetzt"},
+     {"Fehler|stop|ok|Der Fehlerspeicher(Alarme) konnte nicht zurückgesetzt werden."}},
+    {&frmMbMonitor::cmdFACT,
+     ":;003:DEFLT&dZk\r\n",
+     {"Hinweis|info|ok|Das Geräte wurde auf die Werkseinstellungen (ohne Schnittstellen Parameter) "
+      "zurückgesetzt."},
+     {notReset}},
+    {&frmMbMonitor::cmdFACTall,
+     ":;003:DEFLT 51&00C\r\n",
+     {"Hinweis|info|ok|Das Geräte wurde auf die Werkseinstellungen (alle Parameter) zurückgesetzt."},
+     {notReset}},
+};
+
+TEST(KdlDeviceCommands, AnEmptyReplyIsTheAcknowledgement) {
+    const std::pair<Bytes, bool> replies[] = {
+        {kdlReply(""), true},   {":;003=&\r\n", true}, {"\r\n", true},     {kdlReply("E 5"), false},
+        {kdlReply(" "), false}, {"abc\r\n", false},    {":;003=&", false}, {"", false},
+    };
+    for (const KdlCommandCase& c : kdlCommandCases) {
+        for (const auto& [reply, taken] : replies) {
+            TestProgram test;
+            configureKdl(test.program);
+            auto& monitor = test.open<frmMbMonitor>();
+            test.serial.peer = [&, text = reply](std::string_view) { test.serial.reply(text); };
+            test.desktop.onMessageBox = [&] { EXPECT_FALSE(test.serial.isOpen()); };
+            (monitor.*c.button).click();
+            EXPECT_EQ(test.serial.written, std::vector<Bytes>{c.frame});
+            EXPECT_EQ(test.desktop.boxes, taken ? c.taken : c.refused) << c.frame << reply;
+            EXPECT_EQ(test.serial.openings.size(), 1U);
+            EXPECT_FALSE(test.program.lineInUse);
+        }
+    }
+}
+
+TEST(KdlDeviceCommands, ClicksWhileTheReplyIsAwaitedDoNothing) {
+    TestProgram test;
+    configureKdl(test.program);
+    KdlDevice device(test.serial);
+    device.answers = {{":ALMCL", ""}};
+    auto& monitor = test.open<frmMbMonitor>();
+    test.desktop.onEvents = [&] {
+        monitor.cmdFACTall.click();
+        monitor.cmdCal.click();
+        monitor.cmdRunMonitor.click();
+        monitor.cmdCLR.click();
+    };
+    monitor.cmdCLR.click();
+    EXPECT_EQ(device.commands, std::vector<std::string>{":ALMCL"});
+    EXPECT_EQ(test.desktop.boxes, kdlCommandCases[2].taken);
 }
 
 }  // namespace

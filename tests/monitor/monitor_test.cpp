@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "kdl/kdldevice.h"
 #include "monitor/frmMbMonitor.h"
 #include "support/hexbytes.h"
 #include "support/simulatedpeer.h"
@@ -363,6 +364,82 @@ TEST(Monitor, TypesWithChannelsOfTheirOwn) {
         lamps += battery.monitor().LED[slot].visible ? 'x' : '-';
     }
     EXPECT_EQ(lamps, "x-xx-----");
+}
+
+/// A monitor window on a KDL device with an alarm, an operating value and a fault position.
+class KdlMonitorWindow : public testing::Test {
+  protected:
+    KdlMonitorWindow() {
+        configureKdl(test.program);
+        test.program.DeviceType = 1;
+        test.program.DeviceName = "vekQB731-K7W-2";
+        device.answers = {{":IDND?", "1731D"}, {":IDNF?", "Sw 212"}, {":ALMN?", "n= 1"}, {":BTRN?", "n= 9"}};
+        for (int row = 1; row <= 9; ++row) {
+            device.answers[":ALM? " + std::to_string(row)] = "no 0";
+            device.answers[":BTR? " + std::to_string(row)] = "Uo/dV 2305";
+        }
+        device.answers[":ALM? 1"] = "Re 100 kO";
+        device.answers[":BTR? 9"] = "FL-50%";
+        device.answers[":ALM? 10"] = "no 0";
+        device.answers[":BTR? 10"] = "stop 0";
+    }
+
+    frmMbMonitor& open() { return test.open<frmMbMonitor>(); }
+
+    TestProgram test{NumberLocale{.decimalPoint = ",", .groupSeparator = "."}};
+    KdlDevice device{test.serial};
+};
+
+TEST_F(KdlMonitorWindow, ShowsARunUntilStopped) {
+    frmMbMonitor& monitor = open();
+    EXPECT_EQ(monitor.caption.get(), "KDL - Monitor");
+    EXPECT_EQ(monitor.Label7[10].caption.get(), "Ze Voralarm");
+    EXPECT_TRUE(monitor.LED[8].visible && monitor.lblMesswert[14].visible);
+    device.afterRequest(test.desktop, ":BTR? 2", 1, [&] {
+        EXPECT_FALSE(monitor.cmdRunMonitor.enabled || monitor.cmdCal.enabled || monitor.cmdTest.enabled ||
+                     monitor.cmdCLR.enabled || monitor.cmdFACT.enabled || monitor.cmdFACTall.enabled ||
+                     monitor.cmdClose.enabled);
+        // Clicks that were under way before the buttons went grey.
+        monitor.cmdTest.click();
+        monitor.cmdRunMonitor.click();
+        monitor.cmdStop.click();
+    });
+    monitor.cmdRunMonitor.click();
+    EXPECT_EQ(device.commands.size(), 2U + 2 + 9 * 4) << "stop ends after the pass under way";
+    EXPECT_EQ(monitor.lblSwVer.caption.get(), "2.12");
+    EXPECT_EQ(monitor.lblMesswert[0].caption.get(), "100");
+    EXPECT_EQ(monitor.lblMesswert[1].caption.get(), "230,5");
+    EXPECT_EQ(monitor.lblMessName[1].caption.get(), "Überspannung");
+    EXPECT_EQ(monitor.LED[0].fillColor.get(), colors::red);
+    EXPECT_EQ(monitor.LED[8].fillColor.get(), colors::green);
+    EXPECT_EQ(monitor.LED_TEST_INTERN.fillColor.get(), colors::white);
+    EXPECT_EQ(monitor.Slider1.value.get(), -50);
+    EXPECT_EQ(monitor.lblFehlerVorzeichen.caption.get(), "-");
+    EXPECT_EQ(monitor.lblReNeg.caption.get(), "133");
+    EXPECT_EQ(monitor.lblRePos.caption.get(), "400");
+    EXPECT_TRUE(monitor.cmdRunMonitor.enabled && monitor.cmdCal.enabled && monitor.cmdClose.enabled);
+    EXPECT_FALSE(test.serial.isOpen());
+    EXPECT_FALSE(test.program.lineInUse);
+    EXPECT_TRUE(test.desktop.boxes.empty());
+}
+
+TEST_F(KdlMonitorWindow, ClosedInsideATransactionItEndsWithTheRow) {
+    frmMbMonitor& monitor = open();
+    device.afterRequest(test.desktop, ":ALMN?", 1, [&] { monitor.closeBoxPressed(); });
+    monitor.cmdRunMonitor.click();
+    EXPECT_LE(device.commands.size(), 2U + 4);
+    EXPECT_EQ(monitor.lblRePos.caption.get(), "");
+    EXPECT_FALSE(test.serial.isOpen());
+    EXPECT_FALSE(test.program.MonitorRunning);
+    EXPECT_FALSE(test.program.lineInUse);
+    EXPECT_TRUE(test.program.shell.commandsAvailable);
+    test.program.windows.collect();
+
+    device.commands.clear();
+    frmMbMonitor& again = open();
+    device.afterRequest(test.desktop, ":ALMN?", 1, [&] { again.cmdStop.click(); });
+    again.cmdRunMonitor.click();
+    EXPECT_EQ(again.lblRePos.caption.get(), "400");
 }
 
 }  // namespace
