@@ -152,9 +152,9 @@ TEST_F(KdlLink, WhatCameBeforeTheRequestIsNoAnswerToIt) {
 
 TEST_F(KdlLink, BytesThatComeInThePauseOrWhileSendingDoNotStopTheClocks) {
     test.serial.sendTime = Milliseconds{10};
-    test.serial.reply("ab", Milliseconds{2}, Milliseconds{1});
-    answerWith({{3, "cd"}, {30, "ef42&dZB\r\n"}});
-    EXPECT_EQ(transact(), "42");
+    test.serial.reply("=;003:17&dZB\r\n", Milliseconds{2});  // too late for the request before
+    answerWith({{3, "abcd"}, {30, "ef42&dZB\r\n"}});
+    EXPECT_EQ(transact(), "42") << "not the late reply";
     EXPECT_EQ(took, pause + Milliseconds{30});
     EXPECT_LT(test.desktop.eventRounds, 30) << "sleeps until something happens";
 }
