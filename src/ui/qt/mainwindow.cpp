@@ -17,7 +17,8 @@ namespace vek {
 namespace {
 
 constexpr QSize comfortableSize(1100, 800);
-constexpr QSize frameAllowance(8, 40);  // what a window manager's frame takes, roughly
+constexpr QSize smallestUseful(940, 680);  // the monitors need as much
+constexpr QSize frameAllowance(8, 40);     // what a window manager's frame takes, roughly
 
 }  // namespace
 
@@ -45,9 +46,10 @@ QSize MainWindow::roomOnScreen() const {
     return QGuiApplication::primaryScreen()->availableSize() - before;
 }
 
-/// A size that suits a common screen can be too much for a small one.
+/// A size that suits a common screen can be too much for a small one; but the windows inside need their room
+/// more than the frame needs to be seen whole.
 void MainWindow::keepOnScreen() {
-    const QSize room = roomOnScreen();
+    const QSize room = roomOnScreen().expandedTo(smallestUseful);
     form_.geometry.width = std::min(form_.geometry.width.get(), twipsFromPixels(room.width()));
     form_.geometry.height = std::min(form_.geometry.height.get(), twipsFromPixels(room.height()));
 }
