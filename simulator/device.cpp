@@ -10,6 +10,7 @@ namespace {
 using enum Quantity;
 using namespace std::chrono_literals;
 
+constexpr int batteryType = 9;
 constexpr Time measuringCycle = 500ms;
 constexpr Time selfTestDuration = 5s;
 constexpr Time calibrationDuration = 10s;
@@ -33,10 +34,11 @@ struct ConditionRow {
     Quantity shownAt;
     AlarmDisplay display;
 };
-constexpr std::array<ConditionRow, 3> conditionRows{{
+constexpr std::array<ConditionRow, 4> conditionRows{{
     {&Conditions::warning, Voltage, {warning, 101}},
     {&Conditions::earthWarning, Insulation, {warning, 102}},
     {&Conditions::deviceFault, Insulation, {deviceFault, 115}},
+    {&Conditions::openString, VoltagePlus, {alarm, 77}},
 }};
 
 struct QuantityRow {
@@ -74,6 +76,7 @@ Device::Device(const DeviceOptions& options, Time start)
       speed_(options.speed),
       parameters_(type_),
       installation_(type_, options.seed),
+      battery_(options.type == batteryType ? options.battery : BatteryPlay()),
       conditions_(options.conditions),
       start_(start),
       now_(start),
@@ -124,11 +127,26 @@ void Device::measure(double seconds) {
     m[FaultPosition] = position;
     m[DisplacementInsulation] = insulation * 1.03;
     m[UpdateCounter] = std::fmod(m[UpdateCounter] + 1.0, counterModulus);
+    if (const BatteryScene* scene = battery_.at(seconds)) {
+        measureBattery(*scene);
+    }
     for (std::size_t i = 0; i < channelCount; ++i) {
         if (pins_[i].value.has_value() && type_.channels[i] != UpdateCounter) {
             m[type_.channels[i]] = static_cast<double>(*pins_[i].value);
         }
     }
+}
+
+void Device::measureBattery(const BatteryScene& scene) {
+    Measurement& m = measurement_;
+    m[Insulation] = scene.insulation;
+    m[Capacitance] = scene.capacitance;
+    m[VoltagePlus] = scene.voltagePlus;
+    m[VoltageMinus] = scene.voltageMinus;
+    m[Voltage] = scene.voltagePlus - scene.voltageMinus;
+    m[FaultPosition] =
+        std::clamp(-100.0 * (scene.voltagePlus + scene.voltageMinus) / m[Voltage], -100.0, 100.0);
+    conditions_.openString = scene.open;
 }
 
 // Resistance and capacitance against earth in parallel, at the mains frequency.

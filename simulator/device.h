@@ -6,6 +6,7 @@
 #include <string>
 
 #include "simulator/alarms.h"
+#include "simulator/battery.h"
 #include "simulator/devicetypes.h"
 #include "simulator/installation.h"
 #include "simulator/parameters.h"
@@ -19,6 +20,7 @@ struct Conditions {
     bool warning = false;       // the connection to the mains is reported as interrupted
     bool earthWarning = false;  // the connection to earth is reported as interrupted
     bool externalTest = false;  // somebody holds the external test button
+    bool openString = false;    // the battery string is interrupted
 };
 
 struct DeviceOptions {
@@ -31,6 +33,7 @@ struct DeviceOptions {
     std::uint32_t seed = 1;
     double speed = 1.0;  // how much faster than the clock the installation lives, above 0
     Conditions conditions;
+    BatteryPlay battery{};  // what type 9 measures in place of its installation; others do not look at it
 };
 
 // Range field of a channel's status word.
@@ -109,6 +112,7 @@ class Device {
   private:
     void runCycle(Time now);
     void measure(double seconds);
+    void measureBattery(const BatteryScene& scene);
     double impedance(double resistance, double capacitance) const;
     std::uint16_t rangeState(Quantity quantity) const;
     AlarmDisplay alarmDisplay(Quantity quantity) const;
@@ -119,6 +123,7 @@ class Device {
     double speed_;
     ParameterSet parameters_;
     Installation installation_;
+    BatteryPlay battery_;
     Alarms alarms_;
     Measurement measurement_;
     Conditions conditions_;

@@ -66,7 +66,7 @@ struct OptionRow {
     bool (*set)(ProgramOptions&, std::string_view);
 };
 
-constexpr std::array<OptionRow, 16> rows{{
+constexpr std::array<OptionRow, 17> rows{{
     {"--type", "N", "device type 1..10 (default 1)",
      [](ProgramOptions& o, std::string_view t) { return readNumber(t, 1, 10, o.line.device.type); }},
     {"--name", "TEXT", "device name of up to 20 characters (default: the article name of the type)", setName},
@@ -88,6 +88,8 @@ constexpr std::array<OptionRow, 16> rows{{
     {"--speed", "F", "how much faster than the clock the installation lives, 0.01..10000 (default 1)",
      [](ProgramOptions& o, std::string_view t) { return readNumber(t, 0.01, 10000.0, o.line.device.speed); }},
     {"--state", "S", "device-fault, warning, earth-warning or external-test; may be repeated", setState},
+    {"--battery", "SCENE", "what a type 9 device watches, see below; may be repeated",
+     [](ProgramOptions& o, std::string_view t) { return o.line.device.battery.add(t); }},
     {"--fault", "F", "something that goes wrong on the line, see below; may be repeated", nullptr},
     {"--link", "PATH", "symbolic link to the pseudo-terminal; removed at the end",
      [](ProgramOptions& o, std::string_view t) {
@@ -164,6 +166,11 @@ std::string helpText() {
             "that begin with C after their colon (command=ALM?). Of the requests that count, the fault\n"
             "strikes from the Mth on (from=M), each one whose number divides by N (every=N), at most K\n"
             "times (times=K).\n"
+            "\nBattery scenes (--battery; several follow each other, each for 20 s at --speed 1):\n";
+    for (const BatteryScene& scene : batteryScenes()) {
+        text << "  " << scene.name << ": " << scene.meaning << '\n';
+    }
+    text << "  all: all of them in this order\n"
             "\nTypes:\n";
     for (const DeviceType& type : deviceTypes()) {
         text << "  " << type.number << (type.number < 10 ? "   " : "  ") << type.articleName << '\n';
@@ -173,6 +180,7 @@ std::string helpText() {
             "  vekXX731_Simulator --type 9 --name vekQJK731-K7-2 --address 7 --baud 19200 --pace\n"
             "  vekXX731_Simulator --speed 5 --fault crc,every=10 --fault late=1500,from=100,times=1\n"
             "  vekXX731_Simulator --fault lacks=3022 --fault exception=4,register=1024 --state warning\n"
+            "  vekXX731_Simulator --type 9 --battery normal --battery cross-fault-plus\n"
             "  vekXX731_Simulator --kdl --fault unended,command=IDNV?,times=1\n";
     return text.str();
 }

@@ -10,8 +10,13 @@
 #include "app/frmAbout.h"
 #include "app/frmGeraeteadresse.h"
 #include "app/portstatus.h"
+#include "devicemodel/devicetypes.h"
 #include "modbus/ModBusLink1.h"
+#include "monitor/frmBatMonitor.h"
 #include "monitor/frmMbMonitor.h"
+#include "monitor/frmMessReg.h"
+#include "monitor/frmParaReg.h"
+#include "parameters/frmMbParameter.h"
 #include "platform/leadingnumber.h"
 #include "program/IOatINI.h"
 #include "program/version.h"
@@ -26,8 +31,6 @@ constexpr int standardHeight = 10800;
 
 /// Twips between a window's height and that of the text box in it.
 constexpr int terminalBorder = 400;
-
-constexpr const char* windowMissing = "Dieses Fenster ist in dieser Version noch nicht enthalten.";
 
 struct SettingDefault {
     const char* section;
@@ -87,10 +90,10 @@ void frmModBus::connectCommands() {
     mnuMessReg.click = [this] { openMeasurementRegisters(); };
     mnuParaReg.click = [this] { openParameterRegisters(); };
     mnuBeenden.click = [this] { endProgram(); };
-    mnuSchnittstelle.click = [this] { program_.windows.open(std::make_unique<ModBusLink>(program_)); };
-    mnuGeräteadresse.click = [this] { program_.windows.open(std::make_unique<frmGeräteadresse>(program_)); };
+    mnuSchnittstelle.click = [this] { openChild<ModBusLink>(); };
+    mnuGeräteadresse.click = [this] { openChild<frmGeräteadresse>(); };
     mnuTerminal.click = [this] { toggleTerminal(); };
-    mnuInfo.click = [this] { program_.windows.open(std::make_unique<frmAbout>(program_)); };
+    mnuInfo.click = [this] { openChild<frmAbout>(); };
 
     const std::array<std::pair<std::string_view, const MenuItem*>, 9> keys = {{
         {"DEV_MONITOR", &mnuMonitor},
@@ -187,26 +190,32 @@ bool frmModBus::modbusDeviceChosen() {
 }
 
 void frmModBus::openMonitor() {
-    if (deviceChosen()) {
-        program_.windows.open(std::make_unique<frmMbMonitor>(program_));
+    if (!deviceChosen()) {
+        return;
+    }
+    if (program_.DeviceType == batteryDeviceType && !program_.kdlActive()) {
+        openChild<frmBatMonitor>();
+    } else {
+        openChild<frmMbMonitor>();
     }
 }
 
 void frmModBus::openParameter() {
-    if (deviceChosen()) {
-        showNote(program_, windowMissing);
+    // The editor begins with a reading, for which a poll that is still coming to its end leaves no room.
+    if (!program_.lineInUse && deviceChosen()) {
+        openChild<frmMbParameter>();
     }
 }
 
 void frmModBus::openMeasurementRegisters() {
     if (modbusDeviceChosen()) {
-        showNote(program_, windowMissing);
+        openChild<frmMessReg>();
     }
 }
 
 void frmModBus::openParameterRegisters() {
     if (modbusDeviceChosen()) {
-        showNote(program_, windowMissing);
+        openChild<frmParaReg>();
     }
 }
 

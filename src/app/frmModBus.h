@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -52,6 +53,13 @@ class frmModBus : public Form {
     void followShell();
     void readSettings();
 
+    /// Only one window is open inside at a time.
+    template <class FormClass>
+    void openChild() {
+        if (program_.shell.commandsAvailable) {
+            program_.windows.open(std::make_unique<FormClass>(program_));
+        }
+    }
     void openMonitor();
     void openParameter();
     void openMeasurementRegisters();

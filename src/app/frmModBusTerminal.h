@@ -10,8 +10,8 @@ namespace vek {
 /// The terminal window: every frame sent and received. It stands at the left edge of the main window.
 class frmModBusTerminal : public Form {
   public:
-    /// Twips: wide enough for a reply of ten registers, narrow enough for the main window beside it on a
-    /// small screen.
+    /// Twips: wide enough for the frames of a poll, narrow enough for the main window beside it on a small
+    /// screen.
     static constexpr int standardWidth = 4950;
 
     explicit frmModBusTerminal(Program& program)

@@ -3,6 +3,7 @@
 #include <array>
 #include <string_view>
 
+#include "platform/textcodec.h"
 #include "program/version.h"
 
 namespace vek {
@@ -39,7 +40,7 @@ std::string trimmed(const std::string& text) {
 
 std::string portStatusText(const Program& program) {
     return portPrefix(program.FrameFormat) + std::to_string(program.ComPort) + ", " +
-           std::to_string(program.BaudRate) + trimmed(program.FrameFormat);
+           std::to_string(program.BaudRate) + withoutControls(trimmed(program.FrameFormat));
 }
 
 std::string searchCaption(const std::string& title, const std::string& deviceName) {

@@ -1,5 +1,6 @@
 #include "modbus/modbusframe.h"
 
+#include <algorithm>
 #include <bit>
 
 #include "platform/hextext.h"
@@ -10,6 +11,9 @@ namespace {
 
 constexpr std::size_t crcLength = 2;
 constexpr unsigned exceptionFlag = 128;
+
+/// Address, function and byte count stand before the data of a read reply, the CRC behind them.
+constexpr std::size_t readReplyHead = 3;
 
 unsigned byteAt(std::string_view bytes, std::size_t index) {
     return static_cast<unsigned char>(bytes[index]);
@@ -33,7 +37,12 @@ Bytes readRequest(std::uint8_t slave, std::uint16_t startRegister, std::uint16_t
 }
 
 std::size_t readReplyLength(std::uint16_t count) {
-    return 2 * std::size_t{count} + 5;
+    return 2 * std::size_t{count} + readReplyHead + crcLength;
+}
+
+Bytes readReplyData(std::string_view reply) {
+    const std::size_t arrived = reply.size() - readReplyHead - crcLength;
+    return Bytes(reply.substr(readReplyHead, std::min<std::size_t>(byteAt(reply, 2), arrived)));
 }
 
 Bytes writeRequest(std::uint8_t slave, std::uint16_t startRegister, std::uint8_t count,
@@ -82,6 +91,10 @@ std::string ToHexText(std::string_view bytes) {
 
 Bytes WordToBytes(std::uint16_t value) {
     return {static_cast<char>(value >> 8U), static_cast<char>(value & 0xFFU)};
+}
+
+std::uint16_t BytesToWord(std::string_view bytes) {
+    return static_cast<std::uint16_t>(byteAt(bytes, 0) << 8U | byteAt(bytes, 1));
 }
 
 float BytesToSingle(std::string_view bytes) {

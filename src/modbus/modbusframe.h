@@ -29,6 +29,10 @@ Bytes readRequest(std::uint8_t slave, std::uint16_t startRegister, std::uint16_t
 /// Length of the reply to a read of `count` registers.
 std::size_t readReplyLength(std::uint16_t count);
 
+/// The data bytes of a reply to a read (5 bytes or more): as many as its byte count says, never more than
+/// have arrived.
+Bytes readReplyData(std::string_view reply);
+
 /// Request to write `count` registers, CRC included: 9 + data.size() bytes.
 Bytes writeRequest(std::uint8_t slave, std::uint16_t startRegister, std::uint8_t count,
                    std::uint8_t byteCount, std::string_view data);
@@ -58,6 +62,9 @@ std::string ToHexText(std::string_view bytes);
 
 /// High byte, then low byte.
 Bytes WordToBytes(std::uint16_t value);
+
+/// The first two bytes (which must be there) as a register's value.
+std::uint16_t BytesToWord(std::string_view bytes);
 
 /// The first four bytes as an IEEE 754 single, most significant byte first; missing bytes count as 0.
 float BytesToSingle(std::string_view bytes);

@@ -45,6 +45,7 @@ void showStatus(ModbusMonitorView& view, int slot, std::uint16_t statusWord) {
     }
     showRange(view, slot, channel.rangeState());
     row.lblEinheit.caption = std::string(monitorText(channel.unitCode()));
+    view.statusShown(slot, channel.rangeState());
 }
 
 /// Without its status a value may be out of range or in alarm, so it is not shown either.
@@ -99,12 +100,14 @@ void showIdentification(Program& program, ModbusMonitorView& view) {
     labels.lblSwMb.caption = identificationText(MbReadRegisters(program, 9825, 1), versionLabel);
 }
 
-/// One cycle; false when the window was closed meanwhile.
+/// One cycle; false when the poll is to end before its end.
 bool pollChannels(Program& program, ModbusMonitorView& view) {
     for (int slot = 0; slot < polledChannels; ++slot) {
-        ReadMeasurementChannel(program, view, static_cast<std::uint16_t>(channelStartRegister(slot)), slot);
+        const bool answered = ReadMeasurementChannel(
+            program, view, static_cast<std::uint16_t>(channelStartRegister(slot)), slot);
         program.desktop.processEvents();
-        if (!view.isShown()) {
+        // After "Stop", a device that is silent would only bring box after box until the end of the cycle.
+        if (!view.isShown() || (!answered && !program.MonitorRunning)) {
             return false;
         }
     }
@@ -114,16 +117,19 @@ bool pollChannels(Program& program, ModbusMonitorView& view) {
 
 }  // namespace
 
-void ReadMeasurementChannel(Program& program, ModbusMonitorView& view, std::uint16_t startRegister,
+bool ReadMeasurementChannel(Program& program, ModbusMonitorView& view, std::uint16_t startRegister,
                             int slot) {
-    showValue(view, slot, readData(program, startRegister, 2));
-    if (const auto status = readRegister(program, static_cast<std::uint16_t>(startRegister + 2))) {
+    const auto value = readData(program, startRegister, 2);
+    showValue(view, slot, value);
+    const auto status = readRegister(program, static_cast<std::uint16_t>(startRegister + 2));
+    if (status) {
         showStatus(view, slot, *status);
     } else {
         showMissingStatus(view, slot);
     }
     const auto code = readRegister(program, static_cast<std::uint16_t>(startRegister + 3));
     view.channelRow(slot).lblMessName.caption = std::string(code ? descriptionText(*code) : noValueText);
+    return value || status || code;
 }
 
 void runModbusPoll(Program& program, ModbusMonitorView& view) {

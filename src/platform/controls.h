@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -33,7 +34,7 @@ struct Control {
 
 enum class Align { Left, Center, Right };
 
-enum class TextStyle { Normal, Bold, Title };
+enum class TextStyle { Normal, Bold, Title, FixedWidth };
 
 struct Label : Control {
     explicit Label(std::string controlName, std::string text = {})
@@ -45,6 +46,7 @@ struct Label : Control {
     int minimumCharacters =
         0;  ///< width kept free for a text of this length, so that a changing text moves nothing
     bool sunken = false;  ///< drawn as a field: a value, in contrast to a text that names one
+    Property<std::optional<Color>> backColor;  ///< behind the text; nothing = the toolkit's own
 };
 
 struct TextBox : Control {
@@ -132,6 +134,14 @@ struct Slider : Control {
     const int minimum;
     const int maximum;
     Property<int> value{0};
+};
+
+/// How far an operation is, shown as a bar with its numbers.
+struct ProgressBar : Control {
+    using Control::Control;
+
+    Property<int> total{0};  ///< 0 = nothing to show
+    Property<int> done{0};
 };
 
 /// A round indicator.

@@ -20,16 +20,16 @@ class ProfileFiles {
     virtual ~ProfileFiles() = default;
 
     /// Value of the key, without blanks and tabs around it and without one pair of quotes (" or ') around the
-    /// whole; "" when file, section or key is missing or unreadable. At most `maxBytes` bytes of the value as it
-    /// stands on disk are returned.
+    /// whole; "" when file, section or key is missing or unreadable. At most `maxBytes` bytes of the value as
+    /// it stands on disk are returned.
     virtual std::string read(const std::string& path, std::string_view section, std::string_view key,
                              std::size_t maxBytes) = 0;
 
-    /// Writes all entries in one atomic replacement of the file: afterwards it holds the old text or the whole
-    /// new one. Everything else in the file stays byte for byte. Missing file, section or key is created (new
-    /// sections at the end of the file, new keys at the end of their section). Characters without a Windows-1252
-    /// code are written as "?"; CR, LF and NUL in a value as blanks. False when the file could not be written;
-    /// it is then unchanged.
+    /// Writes all entries in one atomic replacement of the file: afterwards it holds the old text or the
+    /// whole new one. Everything else in the file stays byte for byte. Missing file, section or key is
+    /// created (new sections at the end of the file, new keys at the end of their section). Characters
+    /// without a Windows-1252 code are written as "?"; CR, LF and NUL in a value as blanks. False when the
+    /// file could not be written; it is then unchanged.
     virtual bool write(const std::string& path, const std::vector<ProfileEntry>& entries) = 0;
 };
 

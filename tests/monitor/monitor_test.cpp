@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <map>
+
 #include "kdl/kdldevice.h"
 #include "monitor/frmMbMonitor.h"
 #include "support/hexbytes.h"
@@ -92,6 +95,27 @@ class MonitorRig {
     frmMbMonitor* monitor_ = nullptr;
     std::vector<std::pair<int, std::function<void()>>> events_;
 };
+
+void collectButtons(const Box& box, std::vector<const Button*>& buttons) {
+    if (const auto* button = dynamic_cast<const Button*>(box.control)) {
+        buttons.push_back(button);
+    }
+    for (const Box& part : box.parts) {
+        collectButtons(part, buttons);
+    }
+}
+
+TEST(Monitor, EveryLetterPressesOneButton) {
+    MonitorRig rig(1);
+    std::vector<const Button*> buttons;
+    collectButtons(rig.monitor().layout(), buttons);
+    ASSERT_EQ(buttons.size(), 8U);
+    std::map<int, std::string> owners;
+    for (const Button* button : buttons) {
+        const auto [owner, isFree] = owners.emplace(std::toupper(button->mnemonic), button->name);
+        EXPECT_TRUE(isFree) << button->name << " has the letter of " << owner->second;
+    }
+}
 
 TEST(Monitor, AWholeCycleFillsEveryField) {
     MonitorRig rig(1);
@@ -233,6 +257,19 @@ TEST(Monitor, CancelInTheCrcDialogEndsTheProgram) {
     EXPECT_EQ(rig.requests(), identificationReads + readsPerChannel + 2);
     EXPECT_FALSE(rig.test.serial.isOpen());
     EXPECT_EQ(rig.test.host.log.back(), "-lastWindow");
+}
+
+TEST(Monitor, StopEndsAPollOfASilentDeviceWithTheChannel) {
+    sim::LineFault silence;
+    silence.kind = sim::FaultKind::Silence;
+    MonitorRig rig(1, {silence});
+    rig.test.desktop.onMessageBox = [&] { rig.monitor().cmdStop.click(); };
+    rig.run();
+    const std::size_t identification = 6;
+    EXPECT_EQ(rig.test.desktop.boxes.size(), identification + readsPerChannel) << "one box for each request";
+    EXPECT_EQ(rig.monitor().lblMesswert[0].caption.get(), "---");
+    EXPECT_FALSE(rig.test.serial.isOpen());
+    EXPECT_TRUE(rig.monitor().cmdRunMonitor.enabled);
 }
 
 TEST(Monitor, AddressesOutside3To90AreRefused) {

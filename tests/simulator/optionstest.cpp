@@ -24,7 +24,8 @@ TEST(Options, SetTheDeviceAndTheLine) {
     const auto parsed = parse(
         "--type 9 --name vekQJK731-K7-2 --address 0 --baud 115200 --parity odd --pace --turnaround 40 --seed "
         "7 "
-        "--speed 0.5 --state warning --state earth-warning --kdl --fault unended,command=IDNV? --fault crc "
+        "--speed 0.5 --state warning --state earth-warning --kdl --battery normal --battery all --fault "
+        "unended,command=IDNV? --fault crc "
         "--fault cut=3,register=1000,every=2,from=5,times=4 --link /x/y --duration 1.5 --verbose");
     ASSERT_TRUE(std::holds_alternative<ProgramOptions>(parsed)) << std::get<std::string>(parsed);
     const auto& options = std::get<ProgramOptions>(parsed);
@@ -51,7 +52,8 @@ TEST(Options, SetTheDeviceAndTheLine) {
 TEST(Options, RefuseNonsenseAndSayWhere) {
     std::istringstream lines(
         "--type 0;--type 11;--type x;--address 248;--address -1;--baud 1000;--speed 0;--speed nan;"
-        "--parity mark;--state tired;--name averyverylongdevicename;--link;--nonsense;--fault storm;"
+        "--parity mark;--state tired;--battery flat;--battery;--name "
+        "averyverylongdevicename;--link;--nonsense;--fault storm;"
         "--fault late;--fault late=x;--fault silence=3;--fault silence,command=;--fault slow;"
         "--fault crc,every=0;--fault crc,of=2;--fault lacks=70000;--fault crc,register=-1");
     for (std::string line; std::getline(lines, line, ';');) {

@@ -5,8 +5,18 @@ class Tour;
 /// From the first look at the main window to the terminal: settings, device search, monitor over Modbus RTU.
 void mainJob(Tour& tour);
 
+/// The two register windows, at the device of the main job.
+void registerTools(Tour& tour);
+
 /// Search and monitor over the KDL bus.
 void kdlBus(Tour& tour);
+
+/// The battery monitor, at a device that plays a battery string through its states. Afterwards no profile is
+/// chosen.
+void battery(Tour& tour);
+
+/// The parameter editor, at devices of four types; starts without a chosen profile.
+void parameters(Tour& tour);
 
 /// The end, from the menu.
 void endProgram(Tour& tour);

@@ -34,7 +34,7 @@ void stopMonitor(Tour& tour) {
     const auto atStop = lines();
     tour.saw(u"the poll has ended, %1 lines in the terminal"_s.arg(atStop));
     tour.press(u"cmdClose"_s);
-    tour.waitFor(u"the monitor closes"_s, [] { return Tour::find(u"frmMbMonitor"_s) == nullptr; });
+    tour.waitFor(u"the monitor closes"_s, [] { return Tour::find(u"cmdRunMonitor"_s) == nullptr; });
     if (lines() != atStop) {
         throw TourFailure(u"frames were sent after the stop"_s);
     }

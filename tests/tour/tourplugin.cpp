@@ -15,7 +15,10 @@ void runTour() {
     try {
         Tour tour(qEnvironmentVariable("TOUR_FOLDER"));
         mainJob(tour);
+        registerTools(tour);
         kdlBus(tour);
+        battery(tour);
+        parameters(tour);
         endProgram(tour);
     } catch (const std::exception& failure) {
         std::printf("\n  FAILED: %s\n", failure.what());

@@ -98,11 +98,12 @@ class DemoChild : public Form {
         });
     }
     void closeBoxPressed() override { happened.emplace_back("close"); }
-    Button* defaultButton() override { return &ok; }
+    Button* defaultButton() override { return defaultIsCancel ? &cancel : &ok; }
     Button* cancelButton() override { return hasCancel ? &cancel : nullptr; }
 
     std::vector<std::string> happened;
     bool hasCancel = true;
+    bool defaultIsCancel = false;
 
     Picture picture{"picIcon", "program"};
     Label title{"lblTitle", "Titel & Text"};

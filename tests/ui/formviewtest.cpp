@@ -169,6 +169,21 @@ TEST_F(FormViewTest, EnterAndEscapePressTheirButtonsFromAnywhere) {
     EXPECT_EQ(form.happened, Happened{"close"});
 }
 
+TEST_F(FormViewTest, AmongButtonsOnlyTheDefaultOneHasTheKeyboard) {
+    screen.windows.close(form);
+    auto next = std::make_unique<DemoChild>();
+    for (OptionButton* option : {&next->optA, &next->optB, &next->optC}) {
+        option->enabled = false;
+    }
+    for (Control* control :
+         std::initializer_list<Control*>{&next->text, &next->check, &next->choice, &next->log}) {
+        control->enabled = false;
+    }
+    next->defaultIsCancel = true;
+    screen.open(std::move(next));
+    EXPECT_EQ(screen.focused(), QStringLiteral("cmdCancel")) << "not the button that stands first";
+}
+
 TEST_F(FormViewTest, LettersPressButtonsTogetherWithAlt) {
     screen.view("txtAdresse").setFocus();
     screen.press(Qt::Key_B, Qt::AltModifier);

@@ -2,10 +2,12 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFontDatabase>
 #include <QFontMetrics>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QWidget>
 #include <algorithm>
@@ -65,6 +67,9 @@ Qt::Alignment alignmentOf(Align align) {
 }
 
 QFont fontOf(TextStyle style, QFont font) {
+    if (style == TextStyle::FixedWidth) {
+        return QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    }
     font.setBold(style != TextStyle::Normal);
     if (style == TextStyle::Title) {
         font.setPointSizeF(font.pointSizeF() * titleScale);
@@ -79,6 +84,16 @@ void sink(QLabel& label) {
     label.setMargin(2);
 }
 
+void setBackground(QLabel& label, const std::optional<Color>& color) {
+    QPalette palette;
+    if (color) {
+        palette.setColor(label.backgroundRole(), QColor(color->red, color->green, color->blue));
+        palette.setColor(label.foregroundRole(), Qt::black);  // readable on each of the signal colours
+        label.setAutoFillBackground(true);
+    }
+    label.setPalette(palette);
+}
+
 QWidget* makeLabel(Label& control, QWidget& parent, Links& links) {
     auto* label = new TextLabel(control.minimumCharacters, &parent);
     label->setTextFormat(Qt::PlainText);
@@ -88,6 +103,8 @@ QWidget* makeLabel(Label& control, QWidget& parent, Links& links) {
         sink(*label);
     }
     links.show(control.caption, [label](const std::string& text) { label->setText(toQt(text)); });
+    links.show(control.backColor,
+               [label](const std::optional<Color>& color) { setBackground(*label, color); });
     return label;
 }
 
@@ -199,6 +216,18 @@ QWidget* makeSlider(Slider& control, QWidget& parent, Links& links) {
     return slider;
 }
 
+/// The toolkit's bar paints at once, also while no events are handled.
+QWidget* makeProgressBar(ProgressBar& control, QWidget& parent, Links& links) {
+    auto* bar = new QProgressBar(&parent);
+    bar->setFormat(QStringLiteral("%v von %m"));
+    links.show(control.total, [bar](int total) {
+        bar->setTextVisible(total > 0);
+        bar->setRange(0, std::max(total, 1));
+    });
+    links.show(control.done, [bar](int done) { bar->setValue(done); });
+    return bar;
+}
+
 QWidget* makeShape(Shape& control, QWidget& parent, Links& links) {
     auto* lamp = new Lamp(&parent);
     links.show(control.fillColor,
@@ -226,17 +255,10 @@ QWidget* attempt(Control& control, QWidget& parent, Links& links) {
 }
 
 constexpr Maker makers[] = {
-    attempt<Label, makeLabel>,
-    attempt<TextBox, makeTextBox>,
-    attempt<Button, makeButton>,
-    attempt<CheckBox, makeCheckBox>,
-    attempt<OptionButton, makeOption>,
-    attempt<ComboBox, makeComboBox>,
-    attempt<Frame, makeFrame>,
-    attempt<Slider, makeSlider>,
-    attempt<Shape, makeShape>,
-    attempt<Picture, makePicture>,
-    attempt<Log, makeLog>,
+    attempt<Label, makeLabel>,       attempt<TextBox, makeTextBox>,     attempt<Button, makeButton>,
+    attempt<CheckBox, makeCheckBox>, attempt<OptionButton, makeOption>, attempt<ComboBox, makeComboBox>,
+    attempt<Frame, makeFrame>,       attempt<Slider, makeSlider>,       attempt<ProgressBar, makeProgressBar>,
+    attempt<Shape, makeShape>,       attempt<Picture, makePicture>,     attempt<Log, makeLog>,
 };
 
 }  // namespace

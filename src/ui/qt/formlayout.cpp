@@ -16,7 +16,8 @@ namespace {
 
 constexpr int gapSize = 12;
 constexpr int frameMargin = 8;
-constexpr int gridLineSpacing = 3;  // tables are read along their lines
+constexpr int frameMarginAbove = 3;  // the caption stands above the frame; many frames make a window high
+constexpr int gridLineSpacing = 3;   // tables are read along their lines
 
 /// Builds the layouts of one window. Widgets come into being in the order of the parts, which makes the tab
 /// order.
@@ -105,17 +106,21 @@ Builder::Item Builder::gridOf(const Box& box, QWidget& parent) {
     return {nullptr, std::move(layout), nullptr};
 }
 
+/// Only in a layout that has its widget: the question fixes the spacings, which come from there.
+void addStretchBelow(QBoxLayout& layout) {
+    if ((layout.expandingDirections() & Qt::Vertical) == 0) {
+        layout.addStretch();
+    }
+}
+
 Builder::Item Builder::framed(const Box& box, QWidget& parent) {
     QWidget* const group = makeControlView(*box.control, parent, links_);
-    auto layout = std::make_unique<QVBoxLayout>();
-    layout->setContentsMargins(frameMargin, frameMargin, frameMargin, frameMargin);
+    auto* const layout = new QVBoxLayout(group);
+    layout->setContentsMargins(frameMargin, frameMarginAbove, frameMargin, frameMarginAbove);
     for (const Box& part : box.parts) {
         add(*layout, make(part, *group));
     }
-    if ((layout->expandingDirections() & Qt::Vertical) == 0) {
-        layout->addStretch();
-    }
-    group->setLayout(layout.release());
+    addStretchBelow(*layout);
     return {group, nullptr, nullptr};
 }
 
@@ -144,16 +149,13 @@ Builder::Item Builder::make(const Box& box, QWidget& parent) {
 }  // namespace
 
 void layOut(const Box& box, QWidget& content, Links& links) {
-    auto layout = std::make_unique<QVBoxLayout>();
-    const bool bare = box.kind == Box::Kind::Cell;  // one control that fills the window
-    if (bare) {
-        layout->setContentsMargins(0, 0, 0, 0);
-    }
+    auto* const layout = new QVBoxLayout(&content);
     add(*layout, Builder(links).make(box, content));
-    if (!bare && (layout->expandingDirections() & Qt::Vertical) == 0) {
-        layout->addStretch();
+    if (box.kind == Box::Kind::Cell) {  // one control that fills the window
+        layout->setContentsMargins(0, 0, 0, 0);
+    } else {
+        addStretchBelow(*layout);
     }
-    content.setLayout(layout.release());
 }
 
 }  // namespace vek

@@ -38,29 +38,43 @@ FormView::FormView(Form& form, Dispatcher& dispatcher, QWidget* parent)
     setObjectName(toQt(form.name));
     layOut(form.layout(), *this, *links_);
     links_->show(form.caption, [this](const std::string& text) { setWindowTitle(toQt(text)); });
-    if (Button* button = form.defaultButton()) {
-        if (auto* view = findChild<QPushButton*>(toQt(button->name))) {
-            view->setDefault(true);
-        }
+    if (QPushButton* view = viewOf(form.defaultButton())) {
+        view->setDefault(true);
     }
     runTimers(form, *this, *links_);
 }
 
 FormView::~FormView() = default;
 
-void FormView::focusFirst() {
+QPushButton* FormView::viewOf(const Button* button) const {
+    return button == nullptr ? nullptr : findChild<QPushButton*>(toQt(button->name));
+}
+
+QWidget* FormView::firstTabStop() const {
     for (QWidget* widget = nextInFocusChain(); widget != nullptr && widget != this;
          widget = widget->nextInFocusChain()) {
         const bool reachable = (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->focusProxy() == nullptr;
         if (isAncestorOf(widget) && reachable && widget->isEnabled() && widget->isVisibleTo(this)) {
-            widget->setFocus(Qt::OtherFocusReason);
-            return;
+            return widget;
         }
+    }
+    return nullptr;
+}
+
+void FormView::focusFirst() {
+    QWidget* first = firstTabStop();
+    QPushButton* const usual = viewOf(form_.defaultButton());
+    // A button with the keyboard takes Enter for itself: a command must not be one key away by its place.
+    if (usual != nullptr && usual->isEnabled() && qobject_cast<QPushButton*>(first) != nullptr) {
+        first = usual;
+    }
+    if (first != nullptr) {
+        first->setFocus(Qt::OtherFocusReason);
     }
 }
 
 void FormView::press(Button* button) {
-    if (auto* view = findChild<QPushButton*>(toQt(button->name)); view != nullptr && view->isVisible()) {
+    if (QPushButton* view = viewOf(button); view != nullptr && view->isVisible()) {
         view->click();
     }
 }

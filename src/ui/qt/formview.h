@@ -6,6 +6,8 @@
 #include "platform/form.h"
 #include "ui/qt/links.h"
 
+class QPushButton;
+
 namespace vek {
 
 /// Lets the form's timers tick, for as long as `links` and `window`.
@@ -23,13 +25,15 @@ class FormView : public QWidget {
     /// The form is closed: from now on nothing refers to it.
     void detach() { links_.reset(); }
 
-    /// Gives the keyboard to the first control.
+    /// Gives the keyboard to the first control, but to the default button where that is a button, too.
     void focusFirst();
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
+    QPushButton* viewOf(const Button* button) const;
+    QWidget* firstTabStop() const;
     void press(Button* button);
 
     Form& form_;

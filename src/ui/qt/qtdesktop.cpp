@@ -51,7 +51,8 @@ void addButtons(QMessageBox& view, MessageButtons buttons) {
 }  // namespace
 
 MessageAnswer QtDesktop::messageBox(const MessageBox& box) {
-    dispatcher_.throwIfEnding();
+    // What the user did while a transaction blocked would be lost on the box: a press on "Stop" above all.
+    processEvents();
     QMessageBox view(dialogParent());
     view.setTextFormat(Qt::PlainText);
     view.setWindowTitle(toQt(box.title));

@@ -1,0 +1,179 @@
+#include "monitor/frmBatMonitor.h"
+
+#include <array>
+
+#include "devicemodel/devicetypes.h"
+#include "platform/leadingnumber.h"
+#include "program/IOatINI.h"
+
+namespace vek {
+
+namespace {
+
+constexpr const char* batterySection = "BATTERIE_PARA";
+
+constexpr int resistanceSlot = 0;
+constexpr int stringVoltageSlot = 2;
+constexpr int capacitanceSlot = 3;
+constexpr int voltagePlusSlot = 4;
+constexpr int voltageMinusSlot = 5;
+constexpr int counterSlot = 8;
+
+/// What stands for a capacitance beyond the device's range, in µF.
+constexpr const char* highestCapacitance = "1,600";
+
+constexpr std::array<const char*, polledChannels> slotNames = {
+    "Re Voralarm/Alarm", "", "Netzspannung",         "> Ce", "Udc L+ -> PE", "Udc L- -> PE",
+    "Fehlerort in %",    "", "Aktualisierungszähler"};
+
+constexpr std::array<std::size_t, 5> hiddenIndicators = {1, 4, 5, 6, 7};
+
+}  // namespace
+
+frmBatMonitor::frmBatMonitor(Program& program)
+    : MonitorForm(program, "frmBatMonitor", polledChannels, "Stop Monitor") {
+    styleRows();
+    asField(Label28, 22, Align::Center);
+    for (Label* label : {&Label33, &Label35, &Label34}) {
+        asField(*label, 9, Align::Right);
+    }
+    cmdRunMonitor.click = [this] { runMonitor(); };
+}
+
+void frmBatMonitor::load() {
+    ChildForm::load();
+    readBatteryData();
+    if (!program_.kdlActive()) {
+        caption = "ModBus RTU - Monitor";
+        for (const std::size_t slot : hiddenIndicators) {
+            LED[slot].visible = false;
+        }
+        showSlotNames();
+    }
+}
+
+void frmBatMonitor::unload() {
+    MonitorForm::unload();
+    for (const std::size_t slot : hiddenIndicators) {
+        LED[slot].visible = true;
+    }
+    writeBatteryData();
+    program_.ProfilePath.clear();
+}
+
+void frmBatMonitor::readBatteryData() {
+    const auto read = [this](const char* key) { return GetProfileValue(program_, key, batterySection); };
+    txtAnzBatModul.text = read("ANZ_MODULE");
+    txtBatVoltage.text = read("U_MODUL");
+    txtModBer.text = read("MODUL_BER");
+    txtRoffVal.text = read("ROFF_VAL");
+    chkRoffset.value = leadingNumber(read("ON_ROFF")) != 0;
+}
+
+void frmBatMonitor::writeBatteryData() {
+    const auto write = [this](const char* key, const std::string& value) {
+        SetProfileValue(program_, key, value, batterySection);
+    };
+    write("ANZ_MODULE", txtAnzBatModul.text);
+    write("U_MODUL", txtBatVoltage.text);
+    write("MODUL_BER", txtModBer.text);
+    write("ROFF_VAL", txtRoffVal.text);
+    write("ON_ROFF", chkRoffset.value ? "1" : "0");
+}
+
+void frmBatMonitor::showSlotNames() {
+    for (std::size_t slot = 0; slot < slotNames.size(); ++slot) {
+        Label7[slot].caption = slotNames.at(slot);
+    }
+}
+
+void frmBatMonitor::runMonitor() {
+    const LineUse line(program_);
+    if (!line) {
+        return;
+    }
+    cmdRunMonitor.enabled = false;
+    cmdClose.enabled = false;
+    if (!program_.kdlActive()) {
+        runModbusPoll(program_, *this);
+    }
+    cmdRunMonitor.enabled = true;
+    cmdClose.enabled = true;
+}
+
+ChannelRow frmBatMonitor::channelRow(int slot) {
+    const auto index = static_cast<std::size_t>(slot);
+    return {lblMesswert[index], lblRange[index], lblEinheit[index], lblMessName[index], LED[index]};
+}
+
+void frmBatMonitor::statusShown(int slot, RangeState range) {
+    const ChannelRow row = channelRow(slot);
+    if (slot == counterSlot) {
+        row.LED.visible = false;
+    } else if (slot == capacitanceSlot && range == RangeState::above) {
+        row.lblMesswert.caption = highestCapacitance;
+        row.LED.fillColor = colors::red;
+    }
+}
+
+void frmBatMonitor::cycleDone() {
+    if (program_.DeviceType != batteryDeviceType) {
+        for (Label* label : {&Label33, &Label34, &Label35}) {
+            label->caption = std::string();
+        }
+        return;
+    }
+    showString(superviseString(stringValues(), batteryData(), program_.locale));
+}
+
+BatteryData frmBatMonitor::batteryData() const {
+    return {.moduleVoltage = batteryNumber(txtBatVoltage.text.get()),
+            .moduleCount = batteryNumber(txtAnzBatModul.text.get()),
+            .positionLimit = batteryNumber(txtModBer.text.get()),
+            .offsetResistance =
+                chkRoffset.value ? std::optional(batteryNumber(txtRoffVal.text.get())) : std::nullopt};
+}
+
+StringValues frmBatMonitor::stringValues() {
+    return {.resistance = shownNumber(resistanceSlot),
+            .stringVoltage = shownNumber(stringVoltageSlot),
+            .voltagePlus = shownNumber(voltagePlusSlot),
+            .voltageMinus = shownNumber(voltageMinusSlot),
+            .stringIndicator = LED[stringVoltageSlot].fillColor,
+            .plusIndicator = LED[voltagePlusSlot].fillColor};
+}
+
+void frmBatMonitor::showString(const StringState& state) {
+    Label28.caption = state.status;
+    Label28.backColor = state.statusColor;
+    Label33.caption = state.cellVoltage;
+    Label25.caption = state.countCaption.value_or(Label25.caption.get());
+    Label35.caption = state.moduleNumber;
+    Label34.caption = state.moduleCount.value_or(Label34.caption.get());
+}
+
+Box frmBatMonitor::batteryFrame() {
+    return framed(fraBatterie_, grid(3,
+                                     {lblBatVoltage_, txtBatVoltage, lblBatVoltageUnit_,  //
+                                      lblAnzBatModul_, txtAnzBatModul, gap(),             //
+                                      lblModBer_, txtModBer, lblModBerUnit_,              //
+                                      chkRoffset, txtRoffVal, lblRoffUnit_},
+                                     {1}));
+}
+
+Box frmBatMonitor::resultFrame() {
+    return framed(fraErgebnis_, grid(3,
+                                     {Label27, Label28, gap(),   //
+                                      Label3, Label33, Label38,  //
+                                      Label4, Label35, gap(),    //
+                                      Label25, Label34, gap()},
+                                     {1}));
+}
+
+Box frmBatMonitor::layout() {
+    return column({deviceFrame(),
+                   row({column({channelTable(), row({batteryFrame(), resultFrame()}), stretch()}),
+                        column({legendFrame(), testFrame(), stretch(), cmdRunMonitor, cmdStop, cmdClose})})});
+}
+
+}  // namespace vek

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "modbus/modbusframe.h"
+#include "program/childform.h"
+
+namespace vek {
+
+/// The parameter-register tool: reads up to ten registers, each shown as hexadecimal, decimal and characters,
+/// and writes one.
+class frmParaReg : public ChildForm {
+  public:
+    static constexpr int rowCount = 10;
+
+    explicit frmParaReg(Program& program);
+
+    TextBox txtParaReg{"txtParaReg"};
+    ComboBox cmbRegAnz{"cmbRegAnz"};
+    TextBox txtRegVal{"txtRegVal"};
+    Button cmdRead{"cmdRead", "Read", 'R'};
+    Button cmdWrite{"cmdWrite", "Write", 'W'};
+
+    ControlArray<Label, rowCount> lblHexVal{"lblHexVal"};
+    ControlArray<Label, rowCount> lblDezVal{"lblDezVal"};
+    ControlArray<Label, rowCount> lblChr{"lblChr"};
+
+    Box layout() override;
+    void load() override;
+    Button* defaultButton() override { return &cmdRead; }
+
+  private:
+    void styleTable();
+    void readRegisters();
+    void writeRegister();
+    void clearTable();
+    std::optional<std::uint16_t> startRegister() const;
+    std::optional<std::uint16_t> registerCount() const;
+    std::optional<std::uint16_t> valueToWrite() const;
+    void refuse();
+    void showRegisters(const Bytes& data, std::uint16_t count);
+
+    Label lblParaReg_{"lblParaReg", "Register Nr.:"};
+    Label lblRegAnz_{"lblRegAnz", "Anzahl Register :"};
+    Label lblRegVal_{"lblRegVal", "Register-Wert"};
+    ControlArray<Label, 4> lblHeading_{"lblHeading"};
+    ControlArray<Label, rowCount> lblRowNumber_{"lblRowNumber"};
+    Frame fraRegister_{"fraRegister", "Register"};
+};
+
+}  // namespace vek

@@ -1,0 +1,138 @@
+#include "parameters/frmMbParameter.h"
+
+#include "parameters/editorlayout.h"
+#include "parameters/parameterfiles.h"
+#include "parameters/readparameters.h"
+#include "parameters/writeparameters.h"
+
+namespace vek {
+
+namespace {
+
+constexpr const char* kdlMissing =
+    "Parameter können in dieser Version noch nicht über den KDL-Bus gelesen und gesetzt werden.";
+
+/// Room for the longest value, a threshold of four digits.
+constexpr int boxCharacters = 4;
+
+Box alarmList(AlarmBoxes& boxes) {
+    Box list = grid(1, {});
+    for (CheckBox& box : boxes) {
+        list.parts.emplace_back(box);
+    }
+    return list;
+}
+
+}  // namespace
+
+frmMbParameter::frmMbParameter(Program& program) : ChildForm(program, "frmMbParameter") {
+    caption = "Parameter";
+    for (TextBox* box :
+         {&txtRWarnung, &txtRAlarm, &txtZWarnung, &txtZAlarm, &txtUnterSpg, &txtUeberSpg, &txtBattH,
+          &txtBattL, &txtCrossH, &txtCrossL, &txtTein, &txtTan, &txtTan1, &txtTan2, &txtTab, &txtAdresse}) {
+        box->minimumCharacters = boxCharacters;
+    }
+    cmdReadPara.toolTip = "Alle Geräteparameter auslesen";
+    cmdWritePara.toolTip = "Geräteparameter neu setzen";
+    cmdReadPara.click = [this] { useDevice(&frmMbParameter::readDevice); };
+    cmdWritePara.click = [this] { useDevice(&frmMbParameter::writeDevice); };
+    cmd_Para_File_open.click = [this] { LoadParameterFile(program_, *this); };
+    cmd_Para_File_Save.click = [this] { SaveParameterFile(program_, *this); };
+    cmdClose.click = [this] { close(); };
+}
+
+/// The main window's commands go before the first register is read, which lets events through.
+void frmMbParameter::load() {
+    ChildForm::load();
+    if (program_.kdlActive()) {
+        applyTypeLayout(*this, program_.DeviceType);
+        applyKdlLayout(*this, program_.DeviceType);
+    } else {
+        applyModbusLayout(*this, program_.DeviceType);
+    }
+    useDevice(&frmMbParameter::readDevice);
+    applyRangeCaptions(*this, program_.DeviceType);
+}
+
+void frmMbParameter::useDevice(void (frmMbParameter::*operation)()) {
+    const LineUse line(program_);
+    if (!line) {
+        return;
+    }
+    cmdReadPara.enabled = false;
+    cmdWritePara.enabled = false;
+    (this->*operation)();
+    cmdReadPara.enabled = true;
+    cmdWritePara.enabled = true;
+}
+
+void frmMbParameter::readDevice() {
+    if (program_.kdlActive()) {
+        showNote(program_, kdlMissing);
+    } else {
+        ReadParameters(program_, *this, [this] { return isOpen(); });
+    }
+}
+
+void frmMbParameter::writeDevice() {
+    if (program_.kdlActive()) {
+        showNote(program_, kdlMissing);
+    } else {
+        WriteParameters(program_, *this);
+    }
+}
+
+Box frmMbParameter::thresholds() {
+    return column({
+        framed(Frame3,
+               grid(3, {chkRWarnung, lblRWarnung, txtRWarnung, chkRAlarm, lblRAlarm, txtRAlarm}, {1})),
+        row({framed(Frame4, grid(2, {lblZWarnung, txtZWarnung, lblZAlarm, txtZAlarm}, {0})),
+             framed(Frame11, chkZe)}),
+        framed(Frame5, grid(2, {chkUnterspg, txtUnterSpg, chkUeberSpg, txtUeberSpg}, {0})),
+        framed(Frame19, grid(2, {lblBattH, txtBattH, lblBattL, txtBattL}, {0})),
+        framed(Frame20, grid(2, {lblCrossH, txtCrossH, lblCrossL, txtCrossL}, {0})),
+        framed(Frame10, column({grid(2, {lblTein, txtTein}, {0}),
+                                grid(6, {lblTan, Label1, txtTan1, Label2, txtTan2, txtTan}, {0}),
+                                grid(2, {lblTab, txtTab}, {0})})),
+        row({framed(Frame15, chkStopMod), framed(Frame6, chkMemory)}),
+        stretch(),
+    });
+}
+
+Box frmMbParameter::relays() {
+    const Box first = column({
+        framed(Frame1, grid(1, {optR1no, optR1nc})),
+        framed(Frame16, alarmList(chkR1_Bit)),
+        framed(Frame12, grid(2, {opt50Hz_1uF, opt60Hz_10uF, opt20uF, opt30uF, opt40uF, opt50uF})),
+        framed(Frame13, chkAnkop),
+        stretch(),
+    });
+    const Box second = column({
+        framed(Frame2, grid(1, {optR2no, optR2nc})),
+        framed(Frame17, alarmList(chkR2_Bit)),
+        framed(Frame21, grid(1, {optAuto_08s, optAuto_2s, opt_08s, opt_2s, opt_8s})),
+        framed(Frame22, row({optGENmode, optDCmode})),
+        stretch(),
+    });
+    return row({first, second});
+}
+
+Box frmMbParameter::lineSettings() {
+    return column({
+        framed(Frame7, row({lblAdresse, txtAdresse})),
+        framed(Frame8, grid(1, {optBaud0, optBaud1200, optBaud2400, optBaud4800, optBaud9600, optBaud19200,
+                                optBaud38400, optBaud57600, optBaud115200})),
+        framed(Frame9, grid(1, {optNo, optOdd, optEven})),
+        framed(Frame14, chkCalTest),
+        framed(Frame18, row({optSelfTestOff, optSelfTest1h, optSelfTest24h})),
+        stretch(),
+    });
+}
+
+Box frmMbParameter::layout() {
+    return column({row({thresholds(), relays(), lineSettings()}),
+                   row({row({cmdReadPara, cmdWritePara}), row({prgFortschritt}),
+                        row({cmd_Para_File_open, cmd_Para_File_Save}), row({cmdClose})})});
+}
+
+}  // namespace vek

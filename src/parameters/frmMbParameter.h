@@ -1,0 +1,34 @@
+#pragma once
+
+#include "parameters/parametercontrols.h"
+#include "program/childform.h"
+
+namespace vek {
+
+/// The parameter editor: shows the parameter set of the device, reads and writes it over the protocol in use,
+/// loads and saves parameter files.
+class frmMbParameter : public ChildForm, public ParameterControls {
+  public:
+    explicit frmMbParameter(Program& program);
+
+    Button cmdReadPara{"cmdReadPara", "Parameter auslesen", 'l'};
+    Button cmdWritePara{"cmdWritePara", "Parameter setzen", 'z'};
+    Button cmd_Para_File_open{"cmd_Para_File_open", "Parameter-Datei einlesen", 'D'};
+    Button cmd_Para_File_Save{"cmd_Para_File_Save", "Parameter in Datei speichern", 'i'};
+    Button cmdClose{"cmdClose", "Schließen", 'c'};
+
+    Box layout() override;
+    void load() override;
+    Button* cancelButton() override { return &cmdClose; }
+
+  private:
+    void readDevice();
+    void writeDevice();
+    void useDevice(void (frmMbParameter::*operation)());
+
+    Box thresholds();
+    Box relays();
+    Box lineSettings();
+};
+
+}  // namespace vek

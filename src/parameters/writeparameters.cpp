@@ -1,0 +1,240 @@
+#include "parameters/writeparameters.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "modbus/ModBus.h"
+#include "parameters/ParamValueText.h"
+#include "parameters/parametertable.h"
+#include "platform/leadingnumber.h"
+
+namespace vek {
+
+namespace {
+
+using C = ParameterControls;
+
+struct Writing {
+    Program& program;
+    C& controls;
+    const ParameterRow& row;
+
+    bool send(std::uint16_t value) const {
+        return MbWriteRegisters(program, registerOf(row, program.DeviceType), 1, 2, WordToBytes(value));
+    }
+
+    void reportFailure(const char* text) const { showError(program, text, writeErrorTitle); }
+
+    void sendReported(std::uint16_t value) const {
+        if (!send(value)) {
+            reportFailure(row.writeFailure);
+        }
+    }
+};
+
+std::uint16_t roundedValue(double value) {
+    return static_cast<std::uint16_t>(wholeNumber(value, 0, 0xFFFF));
+}
+
+std::string outOfRangeText(const NumberParameter& number, const NumberRange& range) {
+    return number.outOfRangeBegin + std::to_string(range.lowest) + "..." + std::to_string(range.highest) +
+           number.outOfRangeEnd;
+}
+
+const ChoiceParameter::Option* selectedOption(const C& controls, const ChoiceParameter& choice) {
+    const auto found = std::find_if(
+        choice.options.begin(), choice.options.end(),
+        [&](const ChoiceParameter::Option& option) { return (controls.*option.button).value.get(); });
+    return found == choice.options.end() ? nullptr : &*found;
+}
+
+/// Writes a parameter from its controls.
+struct WriteKind : Writing {
+    void operator()(const NumberParameter& number) const {
+        const double value = ParamValueText((controls.*number.box).text.get());
+        const NumberRange& range = rangeOf(number, program.DeviceType);
+        if (value >= range.lowest && value <= range.highest) {
+            sendReported(roundedValue(value));
+        } else {
+            showError(program, outOfRangeText(number, range));
+        }
+    }
+
+    void operator()(const FlagParameter& flag) const { sendReported((controls.*flag.box).value ? 1 : 0); }
+
+    void operator()(const ChoiceParameter& choice) const {
+        const ChoiceParameter::Option* option = selectedOption(controls, choice);
+        if (option == nullptr) {
+            if (choice.noneSelected != nullptr) {
+                showError(program, choice.noneSelected, choice.noneSelectedTitle);
+            }
+        } else if (!send(option->code)) {
+            reportFailure(option->writeFailure != nullptr ? option->writeFailure : row.writeFailure);
+        }
+    }
+
+    void operator()(const AlarmMaskParameter& mask) const {
+        unsigned bits = 0;
+        for (std::size_t number = 1; number <= AlarmBoxes::count; ++number) {
+            bits |= ((controls.*mask.boxes)[number].value ? 1U : 0U) << number;
+        }
+        sendReported(static_cast<std::uint16_t>(bits));
+    }
+};
+
+/// A threshold that the editor has not shown yet, now that the measurement is on.
+void fetchThreshold(const Writing& writing, ParameterField field, TextBox& box, Label& label) {
+    if (box.text.get() == noParameterText) {
+        box.enabled = true;
+        label.enabled = true;
+        box.text =
+            MbReadRegisters(writing.program, registerOf(parameterRow(field), writing.program.DeviceType), 1);
+    }
+}
+
+void writeImpedanceSwitch(const Writing& writing) {
+    C& controls = writing.controls;
+    const bool on = controls.chkZe.value;
+    if (!writing.send(on ? 1 : 0)) {
+        writing.reportFailure(writing.row.writeFailure);
+    } else if (on) {
+        fetchThreshold(writing, ParameterField::ZWarnung, controls.txtZWarnung, controls.lblZWarnung);
+        fetchThreshold(writing, ParameterField::ZAlarm, controls.txtZAlarm, controls.lblZAlarm);
+    } else {
+        controls.txtZWarnung.text = noParameterText;
+        controls.txtZAlarm.text = noParameterText;
+    }
+}
+
+/// Goes on at the program's new settings.
+void reopenPort(Program& program) {
+    ClosePort(program);
+    OpenPort(program);
+}
+
+void showPortSettings(Program& program) {
+    program.shell.portPanel = "ModBus-Port = COM" + std::to_string(program.ComPort) + ", " +
+                              std::to_string(program.BaudRate) + program.FrameFormat;
+}
+
+bool isDeviceAddress(double value, const NumberRange& range) {
+    return value == 0 || (value >= range.lowest && value <= range.highest);
+}
+
+void writeAddress(const Writing& writing) {
+    Program& program = writing.program;
+    const auto& number = std::get<NumberParameter>(writing.row.kind);
+    const double value = ParamValueText((writing.controls.*number.box).text.get());
+    if (!isDeviceAddress(value, rangeOf(number, program.DeviceType))) {
+        showError(program, "Eingegebene Adresse ausserhalb des gültigen Bereiches (0, 3...90)");
+        return;
+    }
+    if (value == program.DeviceAddress) {
+        return;
+    }
+    const std::uint16_t address = roundedValue(value);
+    if (!writing.send(address)) {
+        writing.reportFailure(writing.row.writeFailure);
+        return;
+    }
+    ClosePort(program);
+    // What the device was told, not the box: their number rules differ in exponents and inner blanks.
+    SetDeviceAddress(program, std::to_string(address));
+    OpenPort(program);
+    program.shell.addressPanel = "ModBus-Geräteadresse = " + std::to_string(program.DeviceAddress);
+}
+
+/// Baud rate and parity count as written without a look at the reply; but a closed port has asked nobody.
+bool sendBusSetting(const Writing& writing, std::uint16_t code) {
+    return writing.program.RS485.isOpen() && writing.send(code);
+}
+
+/// In the order of the codes.
+constexpr std::array<const char*, 3> frameFormats = {",n,8,1", ",o,8,1", ",e,8,1"};
+
+void writeParity(const Writing& writing) {
+    Program& program = writing.program;
+    const auto* option = selectedOption(writing.controls, std::get<ChoiceParameter>(writing.row.kind));
+    if (option == nullptr || program.FrameFormat == frameFormats.at(option->code)) {
+        return;
+    }
+    if (!sendBusSetting(writing, option->code)) {
+        writing.reportFailure(writing.row.writeFailure);
+        return;
+    }
+    program.FrameFormat = frameFormats.at(option->code);
+    reopenPort(program);
+    showPortSettings(program);
+}
+
+/// In the order of the codes; 0 stands for the KDL bus.
+constexpr std::array<std::int32_t, 9> baudRates = {0, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
+
+void endAfterSwitchToKdl(Program& program) {
+    showNote(program, "Es wurde auf das KDL-Protokoll umgeschaltet, daher wird die Anwendung geschlossen");
+    ClosePort(program);
+    UnloadAllWindows(program);
+}
+
+void writeBaudRate(const Writing& writing) {
+    Program& program = writing.program;
+    const auto* option = selectedOption(writing.controls, std::get<ChoiceParameter>(writing.row.kind));
+    if (option == nullptr || program.BaudRate == baudRates.at(option->code)) {
+        return;
+    }
+    if (!sendBusSetting(writing, option->code)) {
+        writing.reportFailure(writing.row.writeFailure);
+        return;
+    }
+    if (baudRates.at(option->code) == 0) {
+        endAfterSwitchToKdl(program);
+        return;
+    }
+    program.BaudRate = baudRates.at(option->code);
+    reopenPort(program);
+    showPortSettings(program);
+}
+
+/// Parameters with more to their writing than their value.
+struct SpecialWrite {
+    ParameterField field;
+    void (*write)(const Writing&);
+};
+
+constexpr std::array<SpecialWrite, 4> specialWrites = {{
+    {ParameterField::ZeAktiv, writeImpedanceSwitch},
+    {ParameterField::Adresse, writeAddress},
+    {ParameterField::Paritaet, writeParity},
+    {ParameterField::BaudCode, writeBaudRate},
+}};
+
+void writeParameter(const Writing& writing) {
+    if (writing.row.needsImpedance != NeedsImpedance::Never && !writing.controls.chkZe.value) {
+        return;
+    }
+    for (const SpecialWrite& special : specialWrites) {
+        if (special.field == writing.row.field) {
+            special.write(writing);
+            return;
+        }
+    }
+    std::visit(WriteKind{writing}, writing.row.kind);
+}
+
+}  // namespace
+
+void WriteParameters(Program& program, ParameterControls& controls) {
+    OpenPort(program);
+    const auto rows = rowsInOrder(writeOrder(), program.DeviceType);
+    controls.prgFortschritt.done = 0;
+    controls.prgFortschritt.total = static_cast<int>(rows.size());
+    for (const ParameterRow* row : rows) {
+        writeParameter({program, controls, *row});
+        controls.prgFortschritt.done = controls.prgFortschritt.done + 1;
+    }
+    ClosePort(program);
+}
+
+}  // namespace vek
