@@ -1,0 +1,273 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "parameterrig.h"
+#include "parameters/parameterfiles.h"
+#include "platform/textcodec.h"
+
+namespace vek {
+namespace {
+
+constexpr const char* path = "/daten/satz.GPM";
+
+struct ModelCase {
+    int type;
+    const char* model;
+    std::ptrdiff_t keys;
+};
+
+constexpr ModelCase models[] = {{1, "vekQB731", 62}, {2, "vekQCC731", 62},   {3, "vekQA731", 55},
+                                {4, "vekQD731", 55}, {5, "vekQCC731QF", 54}, {7, "vekQF731", 55},
+                                {8, "vekQG731", 60}, {9, "vekQJK731", 61},   {10, "vekQLN729", 57}};
+
+class FileRig : public ParameterRig {
+  public:
+    using ParameterRig::ParameterRig;
+
+    std::string& file(const std::string& name = path) { return test.profileFiles.files[name]; }
+
+    Boxes save(std::optional<std::string> name = path) {
+        editor();
+        test.desktop.files = {std::move(name)};
+        editor().cmd_Para_File_Save.click();
+        return test.desktop.takeBoxes();
+    }
+
+    Boxes load(std::optional<std::string> name = path) {
+        editor();
+        test.desktop.files = {std::move(name)};
+        editor().cmd_Para_File_open.click();
+        return test.desktop.takeBoxes();
+    }
+
+    /// Replaces one line of the file.
+    void edit(const std::string& line, const std::string& replacement) {
+        const std::size_t at = file().find(line + "\r\n");
+        ASSERT_NE(at, std::string::npos) << line;
+        file().replace(at, line.size(), replacement);
+    }
+
+    std::string refusal(const std::string& name) {
+        return error("Parameter-Datei (" + name + ") ist nicht für das angeschlossenem Gerät (" +
+                     test.program.DeviceName + ") geeignet");
+    }
+};
+
+/// Sections with their keys: "[RELAIS1] NO NC".
+std::string outline(const std::string& file) {
+    std::istringstream lines(utf8FromWindows1252(file));
+    std::string result;
+    for (std::string line; std::getline(lines, line);) {
+        line.erase(line.find_last_not_of('\r') + 1);
+        result += line.starts_with('[') ? (result.empty() ? "" : "\n") + line
+                                        : " " + line.substr(0, line.find('='));
+    }
+    return result;
+}
+
+TEST(ParameterFile, HoldsTheKeysOfTheTypeInTheirOrder) {
+    for (const ModelCase& c : models) {
+        FileRig rig(c.type);
+        EXPECT_EQ(rig.save(), Boxes{std::string("Hinweis|info|ok|Geräte-Parameter für ") + c.model +
+                                    " unter /daten/satz.GPM gespeichert."});
+        EXPECT_EQ(std::count(rig.file().begin(), rig.file().end(), '='), c.keys + 1) << c.type;
+        EXPECT_EQ(rig.test.profileFiles.writeCount, 1) << "one replacement for the whole set";
+        EXPECT_EQ(rig.load(), Boxes{std::string("Hinweis|info|ok|Geräte-Parameter für ") + c.model +
+                                    " aus Parameter-Datei eingelesen."});
+    }
+    FileRig first(1);
+    first.save();
+    const std::string alarms =
+        " GERAETEFEHLER VORALARM_L1/+ VORALARM_L2/- ALARM_L1/+ ALARM_L2/- VORALARM_Z ALARM_Z "
+        "ALARM_UNTERSPANNUNG ALARM_UEBERSPANNUNG SELBSTTEST GERAETESTART_MIT_ALARM\n";
+    EXPECT_EQ(outline(first.file()),
+              "[ZEPHYRON] NAME\n[NETZANSCHLUSS_UEBERWACHUNG] WERT\n[START_CAL_TEST] WERT\n"
+              "[FEHLERSPEICHER] WERT\n[STOP_MODUS] WERT\n[SEBSTTEST_INTERVALL] OFF 1H 24H\n"
+              "[IMPEDANZ_MESSUNG] WERT\n[FREQUENZ] 50Hz 60Hz\n[RELAIS1] NO NC\n[RELAIS2] NO NC\n"
+              "[ALARM_RELAIS1]" +
+                  alarms + "[ALARM_RELAIS2]" + alarms +
+                  "[BUS_ADRESSE] WERT\n"
+                  "[BAUDRATE] KDL 1200_B 2400_B 4800_B 9600_B 19200_B 38400_B 57600_B 115200_B\n"
+                  "[PARITÄT] NO ODD EVEN\n"
+                  "[ANSPRECHWERT_RISIO] VORWARNUNG_ON_OFF VORWARNUNG ALARM_ON_OFF ALARM\n"
+                  "[ANSPRECHWERTE_IMPEDANZ] VORWARNUNG ALARM\n"
+                  "[ANSPRECHWERTE_SPANNUNG] UNTERSPANNUNG_ON_OFF UNTERSPANNUNG ÜBERSPANNUNG_ON_OFF "
+                  "ÜBERSPANNUNG\n[VERZÖGERUNGSZEITEN] Tein Tan Tab");
+    FileRig battery(9);
+    battery.save();
+    const std::string text = outline(battery.file());
+    EXPECT_NE(text.find("[ALARM_RELAIS2] GERAETEFEHLER VORALARM_L1/+ VORALARM_L2/- ALARM_L1/+ ALARM_L2/- "
+                        "ALARM_UNTERSPANNUNG ALARM_UEBERSPANNUNG BATTERIESPANNUNG_OK SELBSTTEST "
+                        "GERAETESTART_MIT_ALARM RES11\n"),
+              std::string::npos);
+    EXPECT_TRUE(
+        text.ends_with("[ANSPRECHWERT_RISIO] VORWARNUNG ALARM\n[VERZÖGERUNGSZEITEN] Tein Tan1 Tan2 "
+                       "Tab\n[BATTERIESOLLWERTE] UBattH UBattL\n[CROSSFAULTWERTE] UCrossH UCrossL\n"
+                       "[MESSPULS_DAUER] AUTO_08s AUTO_2s 08s 2s 8s"));
+}
+
+TEST(ParameterFile, BringsBackWhatWasSaved) {
+    FileRig rig(1);
+    rig.store(3022, 0);
+    frmMbParameter& editor = rig.editor();
+    editor.txtRWarnung.text = "1,5 k";
+    editor.opt60Hz_10uF.value = true;
+    editor.chkR2_Bit[11].value = true;
+    rig.save();
+    editor.chkZe.value = true;
+    editor.chkZe.click();
+    editor.txtZWarnung.text = "7";
+    editor.txtRWarnung.text = "8";
+    editor.opt50Hz_1uF.value = true;
+    editor.chkR2_Bit[11].value = false;
+    rig.load();
+    EXPECT_FALSE(editor.chkZe.value || editor.Frame4.enabled || editor.chkRWarnung.visible);
+    EXPECT_EQ(editor.txtZWarnung.text.get(), "---");
+    EXPECT_EQ(editor.txtRWarnung.text.get(), "1,5 k");
+    EXPECT_TRUE(editor.opt60Hz_10uF.value && editor.chkR2_Bit[11].value);
+    EXPECT_FALSE(editor.opt50Hz_1uF.value);
+}
+
+TEST(ParameterFile, KeepsWhateverElseStandsInTheFile) {
+    FileRig rig(3);
+    rig.file() = "; Anlage 7\n[RELAIS1]\nOrt=Keller\nNC=vielleicht\n[Fremd]\na=b\n";
+    rig.save();
+    EXPECT_TRUE(
+        rig.file().starts_with("; Anlage 7\n[RELAIS1]\nOrt=Keller\nNC=False\nNO=True\n[Fremd]\na=b\n"));
+    EXPECT_EQ(rig.test.program.ProfilePath, path);
+}
+
+TEST(ParameterFile, AFailedSaveSaysSo) {
+    FileRig rig(3);
+    rig.file() = "alt";
+    rig.test.profileFiles.refuseWrites = true;
+    EXPECT_EQ(rig.save(), Boxes{error("Parameter konnten nicht gesichert werden")});
+    EXPECT_EQ(rig.file(), "alt");
+}
+
+TEST(ParameterFile, OptionsAndFlagsThatCannotBeReadStayAsTheyAre) {
+    struct Case {
+        const char* value;  ///< of the option that is set and of the flag that is set
+        bool option;
+        bool flag;
+    };
+    const Case cases[] = {
+        {"True", true, false}, {"tRUE", true, false},       {"1", true, true},   {"-1", true, true},
+        {"0.4", true, false},  {"FALSE", false, false},     {"0", false, false}, {"Wahr", true, false},
+        {"", true, false},     {"1x", true, true},          {"2", true, true},   {"1.4", true, true},
+        {"0 ", false, false},  {"99999999999", true, true},
+    };
+    for (const Case& c : cases) {
+        FileRig rig(3);
+        rig.editor().chkMemory.value = true;
+        rig.save();
+        rig.edit("EVEN=True", std::string("EVEN=") + c.value);
+        rig.edit("[FEHLERSPEICHER]\r\nWERT=1", std::string("[FEHLERSPEICHER]\r\nWERT=") + c.value);
+        rig.load();
+        EXPECT_EQ(rig.editor().optEven.value, c.option) << c.value;
+        EXPECT_EQ(rig.editor().chkMemory.value, c.flag) << c.value;
+    }
+    FileRig several(3);
+    several.save();
+    several.edit("NO=False", "NO=True");
+    several.edit("ODD=False", "ODD=True");
+    several.edit("EVEN=True", "EVEN=False");
+    several.load();
+    EXPECT_TRUE(several.editor().optOdd.value && !several.editor().optNo.value) << "the last one that is set";
+}
+
+TEST(ParameterFile, IsRefusedWhenItBelongsToAnotherDevice) {
+    const std::string name = "vekQA731-K75-2";
+    struct Case {
+        std::string content;
+        std::string shownName;
+    };
+    const Case cases[] = {
+        {"", ""},
+        {"[ZEPHYRON]\r\nNAME=VEKQA731-K75-2\r\n", "VEKQA731-K75-2"},
+        {"[ZEPHYRON]\r\nNAM", ""},
+        {"[ZEPHYRON", ""},
+        {std::string("\0\1\2\xFF\xFE[]==\r\r\n\0", 13), ""},
+        {std::string(1U << 20U, 'x'), ""},
+        {"[ZEPHYRON]\nNAME=anders\n[ZEPHYRON]\nNAME=" + name + "\n", "anders"},
+    };
+    for (const Case& c : cases) {
+        FileRig rig(3);
+        frmMbParameter& editor = rig.editor();
+        editor.txtTab.text = "77";
+        rig.file() = c.content;
+        EXPECT_EQ(rig.load(), Boxes{rig.refusal(c.shownName)});
+        EXPECT_EQ(editor.txtTab.text.get(), "77");
+    }
+    FileRig loose(3);
+    loose.file() = "\xEF\xBB\xBF[zephyron]\nname = " + name + "\nNAME=x\n[Verz\xF6gerungszeiten]\nTAB=5\nTan";
+    EXPECT_EQ(loose.load().front().substr(0, 15), "Hinweis|info|ok") << "mark, line feeds, other case";
+    EXPECT_EQ(loose.editor().txtTab.text.get(), "5");
+    EXPECT_EQ(loose.editor().txtTan.text.get(), "") << "missing";
+    EXPECT_FALSE(loose.editor().chkAnkop.value) << "missing";
+    EXPECT_TRUE(loose.editor().optBaud9600.value) << "missing";
+}
+
+TEST(ParameterFile, ACancelledDialogMeansTheDevicesOwnFile) {
+    FileRig rig(3);
+    const std::string own = "vekQA731-K75-2.GPM";
+    rig.save(std::nullopt);
+    EXPECT_TRUE(rig.test.profileFiles.files.contains(own));
+    EXPECT_EQ(rig.test.program.ProfilePath, own);
+    rig.editor().txtTab.text = "9";
+    rig.load(std::nullopt);
+    EXPECT_EQ(rig.editor().txtTab.text.get(), "0");
+    const auto& dialogs = rig.test.desktop.dialogs;
+    EXPECT_EQ(dialogs[0].title, "Parameter in Datei speichern");
+    EXPECT_EQ(dialogs[0].fileName, own);
+    EXPECT_EQ(dialogs[1].title, "Parameter-Datei öffnen");
+    EXPECT_EQ(dialogs[1].fileName, "*.GPM");
+    EXPECT_EQ(dialogs[1].filePattern, "*.GPM");
+}
+
+TEST(ParameterFile, TypesWithoutAFile) {
+    FileRig without(6);
+    EXPECT_EQ(without.save(), Boxes{});
+    EXPECT_EQ(without.test.profileFiles.writeCount, 0);
+    without.file() = "[ZEPHYRON]\nNAME=" + without.test.program.DeviceName + "\n";
+    EXPECT_EQ(without.load(), Boxes{});
+    FileRig unknown(1);
+    unknown.editor();
+    unknown.test.program.DeviceType = 11;
+    EXPECT_EQ(unknown.save(), Boxes{error("Parameter konnten nicht gesichert werden")});
+    unknown.file() = "[ZEPHYRON]\nNAME=" + unknown.test.program.DeviceName + "\n";
+    EXPECT_EQ(unknown.load(), Boxes{error("Parameter konnten nicht eingelesen werden")});
+}
+
+TEST(ParameterFile, IsNamedAfterTheDeviceWhateverThatCallsItself) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"vekQA731-K75-2", "vekQA731-K75-2.GPM"},
+        {"vekQC 731", "vekQC 731.GPM"},
+        {"Gerät 7", "Gerät 7.GPM"},
+        {"", "_.GPM"},
+        {"../../etc/passwd", "______etc_passwd.GPM"},
+        {"..", "__.GPM"},
+        {"...", "__..GPM"},
+        {"C:\\temp\\x", "C__temp_x.GPM"},
+        {"/abs", "_abs.GPM"},
+        {"a*b?c\"d<e>f|g", "a_b_c_d_e_f_g.GPM"},
+        {std::string("a\nb\tc\0d\x7F", 8), "a_b_c_d_.GPM"},
+        {"a\xC2\x85"
+         "b",
+         "a_b.GPM"},
+        {"a\xFF", "a_.GPM"},
+        {"con", "_con.GPM"},
+        {"NUL.txt", "_NUL.txt.GPM"},
+        {"Lpt1", "_Lpt1.GPM"},
+        {"COM", "COM.GPM"},
+        {"CONSOLE", "CONSOLE.GPM"},
+    };
+    for (const auto& [name, file] : cases) {
+        EXPECT_EQ(parameterFileName(name), file) << name;
+    }
+}
+
+}  // namespace
+}  // namespace vek

@@ -1,0 +1,125 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "modbus/modbusframe.h"
+#include "parameters/frmMbParameter.h"
+#include "support/simulatedpeer.h"
+#include "support/testprogram.h"
+
+namespace vek {
+
+using Boxes = std::vector<std::string>;
+
+/// One register that went over the line: number, and value for a write.
+struct RegisterUse {
+    bool write = false;
+    unsigned number = 0;
+    unsigned value = 0;
+
+    friend bool operator==(const RegisterUse&, const RegisterUse&) = default;
+};
+
+inline void PrintTo(const RegisterUse& use, std::ostream* out) {
+    *out << (use.write ? "w" : "r") << use.number;
+    if (use.write) {
+        *out << "=" << use.value;
+    }
+}
+
+/// The parameter editor on a simulated device of the type, both at address 3.
+class ParameterRig {
+  public:
+    explicit ParameterRig(int deviceType, std::vector<sim::LineFault> faults = {})
+        : peer(test.serial, test.clock, options(deviceType, std::move(faults))) {
+        test.configure();
+        test.program.DeviceType = static_cast<std::uint8_t>(deviceType);
+        test.program.DeviceName = peer.line.device().name();
+        test.program.ProfilePath = "/daten/vekXX731_Monitor.ini";
+    }
+
+    TestProgram test;
+    SimulatedPeer peer;
+    LastWindow& mainWindow = test.open<LastWindow>();
+
+    /// Opened, which reads the device, at the first use.
+    frmMbParameter& editor() {
+        if (editor_ == nullptr) {
+            editor_ = &test.open<frmMbParameter>();
+            opened_ = test.serial.written.size();
+        }
+        return *editor_;
+    }
+
+    void store(std::uint16_t number, std::uint16_t value) {
+        peer.line.device().parameters().store(number, value);
+    }
+
+    /// Has reads of the register answered with a value that no device would hold.
+    void pretend(unsigned number, std::uint16_t value) {
+        test.serial.peer = [this, number, value, device = test.serial.peer](std::string_view frame) {
+            if (word(Bytes(frame), 2) != number) {
+                device(frame);
+                return;
+            }
+            const Bytes reply = Bytes("\x03\x03\x02") + WordToBytes(value);
+            test.serial.reply(reply + ComputeCrc(reply));
+        };
+    }
+
+    unsigned stored(std::uint16_t number) {
+        return peer.line.device().parameters().read(number).value_or(0xFFFF);
+    }
+
+    /// The registers used since the editor was opened, or since the first request before that.
+    std::vector<RegisterUse> uses() const {
+        std::vector<RegisterUse> all;
+        for (std::size_t index = opened_; index < test.serial.written.size(); ++index) {
+            const Bytes& frame = test.serial.written[index];
+            const bool write = frame[1] == functionWriteMultipleRegisters;
+            all.push_back({write, word(frame, 2), write ? word(frame, 7) : 0});
+        }
+        return all;
+    }
+
+    Boxes write() {
+        editor().cmdWritePara.click();
+        return test.desktop.takeBoxes();
+    }
+
+    Boxes read() {
+        editor().cmdReadPara.click();
+        return test.desktop.takeBoxes();
+    }
+
+  private:
+    static sim::LineOptions options(int deviceType, std::vector<sim::LineFault> faults) {
+        sim::LineOptions options;
+        options.device.type = deviceType;
+        options.faults = std::move(faults);
+        return options;
+    }
+
+    static unsigned word(const Bytes& frame, std::size_t offset) {
+        return static_cast<unsigned char>(frame[offset]) * 256U +
+               static_cast<unsigned char>(frame[offset + 1]);
+    }
+
+    frmMbParameter* editor_ = nullptr;
+    std::size_t opened_ = 0;
+};
+
+inline sim::LineFault fault(sim::FaultKind kind, std::uint16_t reg, double amount = 0) {
+    return {.kind = kind, .amount = amount, .reg = reg};
+}
+
+inline std::string error(const std::string& text) {
+    return "Fehler|stop|ok|" + text;
+}
+
+inline std::string writeError(const std::string& text) {
+    return "Write Error|stop|ok|" + text;
+}
+
+}  // namespace vek
