@@ -33,6 +33,7 @@ constexpr std::array<std::size_t, 5> hiddenIndicators = {1, 4, 5, 6, 7};
 frmBatMonitor::frmBatMonitor(Program& program)
     : MonitorForm(program, "frmBatMonitor", polledChannels, "Stop Monitor") {
     styleRows();
+    Label25.minimumCharacters = 20;
     asField(Label28, 22, Align::Center);
     for (Label* label : {&Label33, &Label35, &Label34}) {
         asField(*label, 9, Align::Right);
