@@ -193,6 +193,9 @@ void applyTypeLayout(ParameterControls& controls, std::uint8_t deviceType) {
     for (TextBox C::*box : thresholdBoxes) {
         (controls.*box).text = noParameterText;
     }
+    if (contains(impedanceTypes, deviceType)) {
+        controls.followImpedanceMeasurement();
+    }
 }
 
 void applyRangeCaptions(ParameterControls& controls, std::uint8_t deviceType) {

@@ -15,7 +15,7 @@ void applyModbusLayout(ParameterControls& controls, std::uint8_t deviceType);
 void applyKdlLayout(ParameterControls& controls, std::uint8_t deviceType);
 
 /// Frames and inputs that the type has; the thresholds start with "---". What depends on the impedance
-/// measurement of types 1 and 2 stays as it is until that has been read.
+/// measurement of types 1 and 2 follows its check box.
 void applyTypeLayout(ParameterControls& controls, std::uint8_t deviceType);
 
 /// The accepted ranges in the captions of the thresholds.

@@ -197,6 +197,9 @@ std::string parameterFileName(std::string_view deviceName) {
     replaceAll(name, replacementCharacter, "_");
     std::replace_if(name.begin(), name.end(), isForbidden, '_');
     replaceAll(name, "..", "__");
+    if (name.ends_with('.')) {
+        name.back() = '_';
+    }
     if (name.empty() || isDeviceName(name)) {
         name.insert(0, "_");
     }

@@ -146,9 +146,10 @@ void writeAddress(const Writing& writing) {
     program.shell.addressPanel = "ModBus-Geräteadresse = " + std::to_string(program.DeviceAddress);
 }
 
-/// Baud rate and parity count as written without a look at the reply; but a closed port has asked nobody.
+/// Baud rate and parity count as written without a look at the reply; but a port that is closed, or whose
+/// adapter has been pulled out, has asked nobody.
 bool sendBusSetting(const Writing& writing, std::uint16_t code) {
-    return writing.program.RS485.isOpen() && writing.send(code);
+    return writing.program.RS485.isOpen() && writing.send(code) && writing.program.RS485.isConnected();
 }
 
 /// In the order of the codes.

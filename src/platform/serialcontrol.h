@@ -49,6 +49,9 @@ class SerialControl {
 
     virtual bool isOpen() const = 0;
 
+    /// Whether the port is open and its device is there, as far as the last read, write or wait has shown.
+    virtual bool isConnected() const = 0;
+
     /// Opens the selected port with the settings in force, exclusively. PortError::InUse when this object has
     /// it open already (it then stays open as it is).
     virtual PortError open() = 0;

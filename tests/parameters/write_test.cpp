@@ -313,6 +313,28 @@ TEST(WriteParameters, ParityAndBaudRateMoveDeviceAndProgramTogether) {
     EXPECT_EQ(mute.test.program.BaudRate, 1200);
 }
 
+TEST(WriteParameters, AnAdapterPulledOutKeepsTheSettings) {
+    ParameterRig rig(3);
+    frmMbParameter& editor = rig.editor();
+    editor.optNo.value = true;
+    editor.optBaud0.value = true;
+    rig.test.desktop.takeBoxes();
+    rig.test.serial.peer = [&, device = rig.test.serial.peer](std::string_view frame) {
+        device(frame);
+        if (Bytes(frame).substr(2, 2) ==
+            Bytes("\x0B\xD4", 2)) {  // the last register before parity and baud rate
+            rig.test.serial.hangUp();
+        }
+    };
+    const Boxes boxes = rig.write();
+    ASSERT_GE(boxes.size(), 2U);
+    EXPECT_EQ(Boxes(boxes.end() - 2, boxes.end()),
+              (Boxes{writeError("Der Parameter Parität konnte nicht gesetzt werden."),
+                     writeError("Der Parameter Baudrate konnte nicht gesetzt werden.")}));
+    EXPECT_EQ(rig.test.program.FrameFormat, ",e,8,1");
+    EXPECT_EQ(rig.test.program.BaudRate, 9600);
+}
+
 TEST(WriteParameters, ADeviceThatWasNeverAskedKeepsTheSettings) {
     ParameterRig rig(3);
     frmMbParameter& editor = rig.editor();

@@ -56,6 +56,7 @@ class FakeSerial final : public SerialControl {
     int portNumber() const override { return number_; }
     bool setSettings(std::string_view settings) override;
     bool isOpen() const override { return open_; }
+    bool isConnected() const override { return open_ && connected_; }
     PortError open() override;
     void close() override;
     std::size_t receivedCount() override;

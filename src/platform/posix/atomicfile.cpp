@@ -23,7 +23,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr off_t largestFile = off_t{256} * 1024 * 1024;
+constexpr off_t largestFile = off_t{8} * 1024 * 1024;
 constexpr mode_t permissionBits = S_IRWXU | S_IRWXG | S_IRWXO;
 constexpr mode_t groupWrites = S_IRGRP | S_IWGRP;
 

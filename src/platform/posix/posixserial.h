@@ -24,6 +24,7 @@ class PosixSerial final : public SerialControl {
     int portNumber() const override { return number_; }
     bool setSettings(std::string_view settings) override;
     bool isOpen() const override { return open_; }
+    bool isConnected() const override { return open_ && static_cast<bool>(device_); }
     PortError open() override;
     void close() override;
     std::size_t receivedCount() override;
