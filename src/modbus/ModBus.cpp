@@ -90,10 +90,6 @@ Bytes ReadDeviceText(Program& program, std::uint16_t startRegister) {
     return result == crcTimeout ? result : result.substr(0, result.find('\0'));
 }
 
-bool isToken(std::string_view result) {
-    return result == crcTimeout || isExceptionToken(result);
-}
-
 std::optional<Bytes> readData(Program& program, std::uint16_t startRegister, std::uint16_t count) {
     const ReadResult result = readReported(program, startRegister, count);
     const bool complete = result.data && result.data->size() == 2 * std::size_t{count};

@@ -28,9 +28,6 @@ bool MbWriteRegisters(Program& program, std::uint16_t startRegister, std::uint8_
 /// token as of MbReadRegisters. The bytes are those of the device.
 Bytes ReadDeviceText(Program& program, std::uint16_t startRegister);
 
-/// Whether a result of MbReadRegisters is a token instead of data.
-bool isToken(std::string_view result);
-
 /// Reads `count` registers: exactly 2 * count bytes, high byte first. Nothing after any failure, of which the
 /// user has been told as by MbReadRegisters, and when the reply carries another number of bytes.
 std::optional<Bytes> readData(Program& program, std::uint16_t startRegister, std::uint16_t count);
