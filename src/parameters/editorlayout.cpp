@@ -181,6 +181,8 @@ void applyKdlLayout(ParameterControls& controls, std::uint8_t deviceType) {
              &controls.optNo, &controls.optOdd, &controls.optEven, &controls.Label2, &controls.txtTan2}) {
         unreachable->enabled = false;
     }
+    const ParameterRow& baudRate = parameterRow(ParameterField::BaudCode);
+    controls.Frame8.enabled = rowOfType(baudRate.kdl.numbers, deviceType) != nullptr;
 }
 
 void applyTypeLayout(ParameterControls& controls, std::uint8_t deviceType) {

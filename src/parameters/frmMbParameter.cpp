@@ -1,16 +1,17 @@
 #include "parameters/frmMbParameter.h"
 
+#include "kdl/kdlparametervalue.h"
 #include "parameters/editorlayout.h"
+#include "parameters/kdlreadparameters.h"
+#include "parameters/kdlwriteparameters.h"
 #include "parameters/parameterfiles.h"
+#include "parameters/parametertable.h"
 #include "parameters/readparameters.h"
 #include "parameters/writeparameters.h"
 
 namespace vek {
 
 namespace {
-
-constexpr const char* kdlMissing =
-    "Parameter können in dieser Version noch nicht über den KDL-Bus gelesen und gesetzt werden.";
 
 /// Room for the longest value, a threshold of four digits.
 constexpr int boxCharacters = 4;
@@ -36,7 +37,7 @@ frmMbParameter::frmMbParameter(Program& program) : ChildForm(program, "frmMbPara
     cmdWritePara.toolTip = "Geräteparameter neu setzen";
     cmdReadPara.click = [this] { useDevice(&frmMbParameter::readDevice); };
     cmdWritePara.click = [this] { useDevice(&frmMbParameter::writeDevice); };
-    cmd_Para_File_open.click = [this] { LoadParameterFile(program_, *this); };
+    cmd_Para_File_open.click = [this] { loadFile(); };
     cmd_Para_File_Save.click = [this] { SaveParameterFile(program_, *this); };
     cmdClose.click = [this] { close(); };
 }
@@ -47,6 +48,7 @@ void frmMbParameter::load() {
     if (program_.kdlActive()) {
         applyTypeLayout(*this, program_.DeviceType);
         applyKdlLayout(*this, program_.DeviceType);
+        tieSwitches();
     } else {
         applyModbusLayout(*this, program_.DeviceType);
     }
@@ -68,17 +70,51 @@ void frmMbParameter::useDevice(void (frmMbParameter::*operation)()) {
 
 void frmMbParameter::readDevice() {
     if (program_.kdlActive()) {
-        showNote(program_, kdlMissing);
+        KdlReadParameters(program_, *this, [this] { return isOpen(); });
     } else {
         ReadParameters(program_, *this, [this] { return isOpen(); });
     }
 }
 
+/// What the user does meanwhile waits for the end: a value typed halfway must not be written, nor a set be
+/// left half written by the closing of a window.
 void frmMbParameter::writeDevice() {
+    const InputHold hold(program_.desktop);
     if (program_.kdlActive()) {
-        showNote(program_, kdlMissing);
+        KdlWriteParameters(program_, *this);
     } else {
         WriteParameters(program_, *this);
+    }
+}
+
+void frmMbParameter::loadFile() {
+    LoadParameterFile(program_, *this);
+    if (program_.kdlActive()) {
+        for (const ParameterRow* row : kdlRowsInOrder(kdlWriteOrder(), program_.DeviceType)) {
+            followSwitch(*row);
+        }
+    }
+}
+
+/// Over the KDL bus a threshold has no register that switches it: the text of its box alone is written, so
+/// that the box has to say what its check box shows.
+void frmMbParameter::tieSwitches() {
+    for (const ParameterRow* row : kdlRowsInOrder(kdlWriteOrder(), program_.DeviceType)) {
+        if (row->kdl.onOff != nullptr) {
+            (this->*row->kdl.onOff).click = [this, row] { followSwitch(*row); };
+        }
+    }
+}
+
+void frmMbParameter::followSwitch(const ParameterRow& row) {
+    if (row.kdl.onOff == nullptr || !(this->*row.kdl.onOff).visible) {
+        return;
+    }
+    TextBox& box = this->*std::get<NumberParameter>(row.kind).box;
+    if (!(this->*row.kdl.onOff).value) {
+        box.text = kdlOffText;
+    } else if (box.text.get() == kdlOffText) {
+        box.text = "";
     }
 }
 

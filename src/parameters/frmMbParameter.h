@@ -5,6 +5,8 @@
 
 namespace vek {
 
+struct ParameterRow;
+
 /// The parameter editor: shows the parameter set of the device, reads and writes it over the protocol in use,
 /// loads and saves parameter files.
 class frmMbParameter : public ChildForm, public ParameterControls {
@@ -24,6 +26,9 @@ class frmMbParameter : public ChildForm, public ParameterControls {
   private:
     void readDevice();
     void writeDevice();
+    void loadFile();
+    void tieSwitches();
+    void followSwitch(const ParameterRow& row);
     void useDevice(void (frmMbParameter::*operation)());
 
     Box thresholds();

@@ -1,5 +1,6 @@
 #include "parameters/parametertable.h"
 
+#include <algorithm>
 #include <array>
 
 namespace vek {
@@ -40,7 +41,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .outOfRangeBegin = zanBegin,
                                   .outOfRangeEnd = "k."},
           .writeFailure = "Der Ansprechwert Z-Vorwarnung konnte nicht gesetzt werden.",
-          .needsImpedance = NeedsImpedance::ToReadAndWrite},
+          .needsImpedance = NeedsImpedance::ToReadAndWrite,
+          .kdl = {.numbers = {{impedanceTypes, 12}}}},
          {.field = ZAlarm,
           .registers = {{impedanceTypes, 3003}},
           .section = "ANSPRECHWERTE_IMPEDANZ",
@@ -51,7 +53,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .outOfRangeBegin = zanBegin,
                                   .outOfRangeEnd = "k."},
           .writeFailure = "Der Ansprechwert Z-Alarm konnte nicht gesetzt werden.",
-          .needsImpedance = NeedsImpedance::ToReadAndWrite},
+          .needsImpedance = NeedsImpedance::ToReadAndWrite,
+          .kdl = {.numbers = {{impedanceTypes, 3}}}},
          {.field = RWarnungAktiv,
           .registers = {{impedanceTypes, 3004}},
           .section = "ANSPRECHWERT_RISIO",
@@ -59,7 +62,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                 .invalidValue = "Ungültiger Wert für Aktivierung R-ISO1 Warnung",
                                 .fileKey = "VORWARNUNG_ON_OFF"},
           .writeFailure = "Der Parameter R-Vorwarnung konnte nicht gesetzt werden.",
-          .needsImpedance = NeedsImpedance::ToWrite},
+          .needsImpedance = NeedsImpedance::ToWrite,
+          .kdl = {.numbers = {{impedanceTypes, 1}}, .flag = KdlFlag::NotOff}},
          {.field = RAlarmAktiv,
           .registers = {{impedanceTypes, 3006}},
           .section = "ANSPRECHWERT_RISIO",
@@ -67,7 +71,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                 .invalidValue = "Ungültiger Wert für Aktivierung R-ISO2 Alarm",
                                 .fileKey = "ALARM_ON_OFF"},
           .writeFailure = "Der Parameter R-Alarm konnte nicht gesetzt werden.",
-          .needsImpedance = NeedsImpedance::ToWrite},
+          .needsImpedance = NeedsImpedance::ToWrite,
+          .kdl = {.numbers = {{impedanceTypes, 2}}, .flag = KdlFlag::NotOff}},
          {.field = RWarnung,
           .registers = {{allBut(batteryType), 3005}, {batteryType, 3001}},
           .section = "ANSPRECHWERT_RISIO",
@@ -83,7 +88,10 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .rangeCaption = captionOf<&C::lblRWarnung>,
                                   .outOfRangeBegin = ranBegin,
                                   .outOfRangeEnd = "."},
-          .writeFailure = "Der Ansprechwert R-Vorwarnung konnte nicht gesetzt werden."},
+          .writeFailure = "Der Ansprechwert R-Vorwarnung konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allTypes, 1}},
+                  .outOfRange = "Ungültiger Ansprechwert => Ran",
+                  .onOff = &C::chkRWarnung}},
          {.field = RAlarm,
           .registers = {{allBut(batteryType), 3007}, {batteryType, 3003}},
           .section = "ANSPRECHWERT_RISIO",
@@ -99,14 +107,18 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .rangeCaption = captionOf<&C::lblRAlarm>,
                                   .outOfRangeBegin = ranBegin,
                                   .outOfRangeEnd = "."},
-          .writeFailure = "Der Ansprechwert R-Alarm konnte nicht gesetzt werden."},
+          .writeFailure = "Der Ansprechwert R-Alarm konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allTypes, 2}},
+                  .outOfRange = "Ungültiger Ansprechwert => Ran",
+                  .onOff = &C::chkRAlarm}},
          {.field = UnterSpgAktiv,
           .registers = {{allBut(batteryType), 3008}},
           .section = "ANSPRECHWERTE_SPANNUNG",
           .kind = FlagParameter{.box = &C::chkUnterspg,
                                 .invalidValue = "Ungültiger Wert für Aktivierung Unterspannung",
                                 .fileKey = "UNTERSPANNUNG_ON_OFF"},
-          .writeFailure = "Der Parameter Unterspg. aktivieren konnte nicht gesetzt werden."},
+          .writeFailure = "Der Parameter Unterspg. aktivieren konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allBut(batteryType), 4}}, .flag = KdlFlag::NotZero}},
          {.field = UnterSpg,
           .registers = {{allBut(batteryType), 3009}},
           .section = "ANSPRECHWERTE_SPANNUNG",
@@ -121,14 +133,16 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .rangeCaption = captionOf<&C::chkUnterspg>,
                                   .outOfRangeBegin = "Ungültiger Ansprechwert. Unterspg = ",
                                   .outOfRangeEnd = "."},
-          .writeFailure = "Der Ansprechwert Unterspannung konnte nicht gesetzt werden."},
+          .writeFailure = "Der Ansprechwert Unterspannung konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allBut(batteryType), 4}}, .onOff = &C::chkUnterspg, .zeroIsOff = true}},
          {.field = UeberSpgAktiv,
           .registers = {{allBut(batteryType), 3010}},
           .section = "ANSPRECHWERTE_SPANNUNG",
           .kind = FlagParameter{.box = &C::chkUeberSpg,
                                 .invalidValue = "Ungültiger Wert für Aktivierung Überspannung",
                                 .fileKey = "ÜBERSPANNUNG_ON_OFF"},
-          .writeFailure = "Der Parameter Überspg. aktivieren konnte nicht gesetzt werden."},
+          .writeFailure = "Der Parameter Überspg. aktivieren konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allBut(batteryType), 5}}, .flag = KdlFlag::NotZero}},
          {.field = UeberSpg,
           .registers = {{allBut(batteryType), 3011}},
           .section = "ANSPRECHWERTE_SPANNUNG",
@@ -143,7 +157,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .rangeCaption = captionOf<&C::chkUeberSpg>,
                                   .outOfRangeBegin = "Ungültiger Ansprechwert. Ueberspg = ",
                                   .outOfRangeEnd = "."},
-          .writeFailure = "Der Ansprechwert Überspannung konnte nicht gesetzt werden."},
+          .writeFailure = "Der Ansprechwert Überspannung konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allBut(batteryType), 5}}, .onOff = &C::chkUeberSpg, .zeroIsOff = true}},
          {.field = BattH,
           .registers = {{batteryType, 3005}},
           .section = "BATTERIESOLLWERTE",
@@ -152,7 +167,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .ranges = {{batteryType, 4, 500}},
                                   .outOfRangeBegin = "Ungültiger Ansprechwert. UBatH = ",
                                   .outOfRangeEnd = " V."},
-          .writeFailure = "Der Ansprechwert UBatH konnte nicht gesetzt werden."},
+          .writeFailure = "Der Ansprechwert UBatH konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{batteryType, 3}}, .hasRange = false}},
          {.field = BattL,
           .registers = {{batteryType, 3007}},
           .section = "BATTERIESOLLWERTE",
@@ -161,7 +177,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .ranges = {{batteryType, 3, 495}},
                                   .outOfRangeBegin = "Ungültiger Ansprechwert. UBatL = ",
                                   .outOfRangeEnd = " V."},
-          .writeFailure = "Der Ansprechwert UBatL konnte nicht gesetzt werden."},
+          .writeFailure = "Der Ansprechwert UBatL konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{batteryType, 4}}, .hasRange = false}},
          {.field = CrossH,
           .registers = {{batteryType, 3009}},
           .section = "CROSSFAULTWERTE",
@@ -170,7 +187,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .ranges = {{batteryType, 4, 500}},
                                   .outOfRangeBegin = "Ungültiger Ansprechwert. UCrossH = ",
                                   .outOfRangeEnd = " V."},
-          .writeFailure = "Der Ansprechwert UCrossH konnte nicht gesetzt werden."},
+          .writeFailure = "Der Ansprechwert UCrossH konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{batteryType, 5}}, .hasRange = false}},
          {.field = CrossL,
           .registers = {{batteryType, 3011}},
           .section = "CROSSFAULTWERTE",
@@ -179,30 +197,35 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .ranges = {{batteryType, 3, 495}},
                                   .outOfRangeBegin = "Ungültiger Ansprechwert. UCrossL = ",
                                   .outOfRangeEnd = " V."},
-          .writeFailure = "Der Ansprechwert UCrossL konnte nicht gesetzt werden."},
+          .writeFailure = "Der Ansprechwert UCrossL konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{batteryType, 6}}, .hasRange = false}},
          {.field = Fehlerspeicher,
           .registers = {{allTypes, 3012}},
           .section = "FEHLERSPEICHER",
           .kind = FlagParameter{&C::chkMemory, "Ungültiger Wert für Fehlerspeicherung"},
-          .writeFailure = "Der Parameter Fehlerspeicher konnte nicht gesetzt werden."},
+          .writeFailure = "Der Parameter Fehlerspeicher konnte nicht gesetzt werden.",
+          .kdl = {.query = ":MEM?", .orders = {":MEMRY 0", ":MEMRY 1"}}},
          {.field = Relais1Arbeitsweise,
           .registers = {{allTypes, 3013}},
           .section = "RELAIS1",
           .kind = ChoiceParameter{relayModes(&C::optR1no, &C::optR1nc),
                                   "Ungültiger Wert für Arbeitsweise Relais 1"},
-          .writeFailure = "Der Parameter Arbeitsweise K1 konnte nicht gesetzt werden."},
+          .writeFailure = "Der Parameter Arbeitsweise K1 konnte nicht gesetzt werden.",
+          .kdl = {.query = ":REL? 0", .orders = {":RELNO 0", ":RELNC 0"}}},
          {.field = Relais2Arbeitsweise,
           .registers = {{allTypes, 3014}},
           .section = "RELAIS2",
           .kind = ChoiceParameter{relayModes(&C::optR2no, &C::optR2nc),
                                   "Ungültiger Wert für Arbeitsweise Relais 2"},
-          .writeFailure = "Der Parameter Arbeitsweise K2 konnte nicht gesetzt werden."},
+          .writeFailure = "Der Parameter Arbeitsweise K2 konnte nicht gesetzt werden.",
+          .kdl = {.query = ":REL? 1", .orders = {":RELNO 1", ":RELNC 1"}}},
          // 0 is allowed besides the range; see isDeviceAddress().
          {.field = Adresse,
           .registers = {{allTypes, 3015}},
           .section = "BUS_ADRESSE",
           .kind = NumberParameter{&C::txtAdresse, "WERT", allTypesRange(3, 90)},
-          .writeFailure = "Der Geräte Adresse konnte nicht gesetzt werden."},
+          .writeFailure = "Der Geräte Adresse konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allTypes, 14}}}},
          {.field = BaudCode,
           .registers = {{allTypes, 3016}},
           .section = "BAUDRATE",
@@ -216,7 +239,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                    {&C::optBaud57600, 7, "57600_B"},
                                    {&C::optBaud115200, 8, "115200_B"}},
                                   "Ungültiger Baudrate"},
-          .writeFailure = "Der Parameter Baudrate konnte nicht gesetzt werden."},
+          .writeFailure = "Der Parameter Baudrate konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allBut(typeSet(6)), 15}}}},
          {.field = Paritaet,
           .registers = {{allTypes, 3017}},
           .section = "PARITÄT",
@@ -231,7 +255,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .ranges = allTypesRange(0, 10),
                                   .outOfRangeBegin = "Ungültiger Ansprechwert. Tein = ",
                                   .outOfRangeEnd = "s."},
-          .writeFailure = "Der Einschaltverzögerung konnte nicht gesetzt werden."},
+          .writeFailure = "Der Einschaltverzögerung konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allTypes, 9}}}},
          {.field = Tan,
           .registers = {{allBut(batteryType), 3019}},
           .section = "VERZÖGERUNGSZEITEN",
@@ -240,7 +265,9 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .ranges = allTypesRange(0, 99),
                                   .outOfRangeBegin = "Ungültiger Ansprechwert für K1 und K2. Tan1+2 = ",
                                   .outOfRangeEnd = "s."},
-          .writeFailure = "Der Ansprechverzögerung für K1 + K2 konnte nicht gesetzt werden."},
+          .writeFailure = "Der Ansprechverzögerung für K1 + K2 konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allBut(batteryType), 10}},
+                  .outOfRange = "Ungültiger Ansprechwert. Tan1+2 = 0...99s."}},
          {.field = Tan1,
           .registers = {{batteryType, 3019}},
           .section = "VERZÖGERUNGSZEITEN",
@@ -249,7 +276,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .ranges = allTypesRange(0, 99),
                                   .outOfRangeBegin = "Ungültiger Ansprechwert für K1. Tan1 = ",
                                   .outOfRangeEnd = "s."},
-          .writeFailure = "Der Ansprechverzögerung für K1 konnte nicht gesetzt werden."},
+          .writeFailure = "Der Ansprechverzögerung für K1 konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{batteryType, 10}}, .outOfRange = "Ungültiger Ansprechwert. Tan1 = 0...99s."}},
          {.field = Tan2,
           .registers = {{batteryType, 3030}},
           .section = "VERZÖGERUNGSZEITEN",
@@ -267,23 +295,27 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .ranges = allTypesRange(0, 99),
                                   .outOfRangeBegin = "Ungültiger Ansprechwert. Tab = ",
                                   .outOfRangeEnd = "s."},
-          .writeFailure = "Der Abfallverzögerung konnte nicht gesetzt werden."},
+          .writeFailure = "Der Abfallverzögerung konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allTypes, 11}}}},
          {.field = Selbsttest,
           .registers = {{allTypes, 3021}},
           .section = "SEBSTTEST_INTERVALL",
-          .kind = ChoiceParameter{{{&C::optSelfTestOff, 0, "OFF",
-                                    "Der Parameter Selbsttest Intervall OFF konnte nicht gesetzt werden."},
-                                   {&C::optSelfTest1h, 1, "1H",
-                                    "Der Parameter Selbsttest Intervall 1h konnte nicht gesetzt werden."},
-                                   {&C::optSelfTest24h, 2, "24H",
-                                    "Der Parameter Selbsttest Intervall 24h konnte nicht gesetzt werden."}},
-                                  "Ungültiger Wert für Selbsttest-Intervall"},
-          .writeFailure = nullptr},
+          .kind =
+              ChoiceParameter{{{&C::optSelfTestOff, 0, "OFF",
+                                "Der Parameter Selbsttest Intervall OFF konnte nicht gesetzt werden."},
+                               {&C::optSelfTest1h, 1, "1H",
+                                "Der Parameter Selbsttest Intervall 1h konnte nicht gesetzt werden."},
+                               {&C::optSelfTest24h, 2, "24H",
+                                "Der Parameter Selbsttest Intervall 24h konnte nicht gesetzt werden.", 24}},
+                              "Ungültiger Wert für Selbsttest-Intervall"},
+          .writeFailure = nullptr,
+          .kdl = {.numbers = {{allBut(batteryType), 6}, {batteryType, 12}}}},
          {.field = ZeAktiv,
           .registers = {{impedanceTypes, 3022}},
           .section = "IMPEDANZ_MESSUNG",
           .kind = FlagParameter{&C::chkZe, "Ungültiger Wert für Aktivierung Z-Mode"},
-          .writeFailure = "Der Parameter Z-Mode konnte nicht gesetzt werden."},
+          .writeFailure = "Der Parameter Z-Mode konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{impedanceTypes, 8}}}},
          {.field = Netzfrequenz,
           .registers = {{impedanceTypes, 3023}},
           .section = "FREQUENZ",
@@ -302,7 +334,8 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .invalidValue = "Ungültiger Wert für Netzableitkapazität",
                                   .noneSelected = "Der Parameter Netzableitkapazität ist nicht vorhanden.",
                                   .noneSelectedTitle = writeErrorTitle},
-          .writeFailure = "Der Parameter Netzableitkapazität konnte nicht gesetzt werden."},
+          .writeFailure = "Der Parameter Netzableitkapazität konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{typeSet(8), 3}}}},
          {.field = GenModus,
           .registers = {{typeSet(10), 3023}},
           .section = "GEN_MODUS",
@@ -314,12 +347,14 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                               .invalidValue = "Ungültiger Wert für vekQLN-Modus",
                               .noneSelected = "Der Parameter vekQLN-Mode ist nicht vorhanden.",
                               .noneSelectedTitle = writeErrorTitle},
-          .writeFailure = nullptr},
+          .writeFailure = nullptr,
+          .kdl = {.numbers = {{typeSet(10), 8}}, .invalidValue = "Ungültiger Wert für vekQLN-Mode"}},
          {.field = Netzankopplung,
           .registers = {{allBut(typeSet(8)), 3024}},
           .section = "NETZANSCHLUSS_UEBERWACHUNG",
           .kind = FlagParameter{&C::chkAnkop, "Ungültiger Wert für Aktivierung Netzankopplungsüberwachung"},
-          .writeFailure = "Der Parameter Netzanschlussüberwachung konnte nicht gesetzt werden."},
+          .writeFailure = "Der Parameter Netzanschlussüberwachung konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allBut(typeSet(8)), 7}}}},
          {.field = StartCalTest,
           .registers = {{allBut(typeSet(5)), 3025}},
           .section = "START_CAL_TEST",
@@ -329,7 +364,9 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
           .registers = {{allTypes, 3026}},
           .section = "STOP_MODUS",
           .kind = FlagParameter{&C::chkStopMod, "Ungültiger Wert für Aktivierung STOP-Modus"},
-          .writeFailure = "Der Parameter STOP-Modus konnte nicht gesetzt werden."},
+          .writeFailure = "Der Parameter STOP-Modus konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{allTypes, 13}},
+                  .invalidValue = "Ungültiger Wert für Aktivierung Start mit Cal und Test"}},
          {.field = AlarmRelais1,
           .registers = {{allTypes, 3027}},
           .section = "ALARM_RELAIS1",
@@ -351,7 +388,9 @@ const std::array<ParameterRow, parameterCount>& parameterTable() {
                                   .invalidValue = "Ungültiger Wert für Messpuls Periodendauer",
                                   .noneSelected = "Ungültige Messpuls Periodendauer",
                                   .noneSelectedTitle = "Fehler"},
-          .writeFailure = "Die Messpuls Periodendauer konnte nicht gesetzt werden."}}};
+          .writeFailure = "Die Messpuls Periodendauer konnte nicht gesetzt werden.",
+          .kdl = {.numbers = {{batteryType, 8}},
+                  .invalidValue = "Ungültiger Wert für Messpuls-Periodendauer"}}}};
     return table;
 }
 
@@ -467,6 +506,78 @@ constexpr std::array fileOrderFields = {Netzankopplung,
                                         CrossL,
                                         Messpuls};
 
+/// A threshold that tells whether it is on is asked for its switch first and for its value again.
+constexpr std::array kdlReadOrderFields = {Kapazitaet,
+                                           BattH,
+                                           BattL,
+                                           CrossH,
+                                           CrossL,
+                                           Messpuls,
+                                           GenModus,
+                                           ZeAktiv,
+                                           ZWarnung,
+                                           ZAlarm,
+                                           RWarnungAktiv,
+                                           RAlarmAktiv,
+                                           RWarnung,
+                                           RAlarm,
+                                           UnterSpgAktiv,
+                                           UnterSpg,
+                                           UeberSpgAktiv,
+                                           UeberSpg,
+                                           Fehlerspeicher,
+                                           Relais1Arbeitsweise,
+                                           Relais2Arbeitsweise,
+                                           Adresse,
+                                           BaudCode,
+                                           Tein,
+                                           Tan,
+                                           Tan1,
+                                           Tab,
+                                           Selbsttest,
+                                           Netzankopplung,
+                                           StopModus};
+
+/// Type 9 keeps its battery thresholds where the others keep under- and overvoltage.
+constexpr std::array kdlWriteOrderFields = {Kapazitaet,
+                                            BattH,
+                                            BattL,
+                                            CrossH,
+                                            CrossL,
+                                            Messpuls,
+                                            GenModus,
+                                            ZeAktiv,
+                                            ZWarnung,
+                                            ZAlarm,
+                                            RWarnung,
+                                            RAlarm,
+                                            UnterSpg,
+                                            UeberSpg,
+                                            Fehlerspeicher,
+                                            Relais1Arbeitsweise,
+                                            Relais2Arbeitsweise,
+                                            Tein,
+                                            Tan,
+                                            Tan1,
+                                            Tab,
+                                            Selbsttest,
+                                            Netzankopplung,
+                                            StopModus,
+                                            Adresse,
+                                            BaudCode};
+
+template <class Condition>
+std::vector<const ParameterRow*> rowsWith(std::span<const ParameterField> order, const Condition& condition) {
+    std::vector<const ParameterRow*> rows;
+    for (const ParameterField field : order) {
+        const ParameterRow& row = parameterRow(field);
+        if (condition(row)) {
+            rows.push_back(&row);
+        }
+    }
+    return rows;
+}
+
 }  // namespace
 
 const ParameterRow& parameterRow(ParameterField field) {
@@ -481,6 +592,20 @@ const NumberRange& rangeOf(const NumberParameter& number, std::uint8_t deviceTyp
     return *rowOfType(number.ranges, deviceType);
 }
 
+std::string outOfRangeText(const NumberParameter& number, std::uint8_t deviceType) {
+    const NumberRange& range = rangeOf(number, deviceType);
+    return number.outOfRangeBegin + std::to_string(range.lowest) + "..." + std::to_string(range.highest) +
+           number.outOfRangeEnd;
+}
+
+const ChoiceParameter::Option* selectedOption(const ParameterControls& controls,
+                                              const ChoiceParameter& choice) {
+    const auto found = std::find_if(
+        choice.options.begin(), choice.options.end(),
+        [&](const ChoiceParameter::Option& option) { return (controls.*option.button).value.get(); });
+    return found == choice.options.end() ? nullptr : &*found;
+}
+
 std::span<const ParameterField> readOrder() {
     return readOrderFields;
 }
@@ -493,15 +618,24 @@ std::span<const ParameterField> fileOrder() {
     return fileOrderFields;
 }
 
+std::span<const ParameterField> kdlReadOrder() {
+    return kdlReadOrderFields;
+}
+
+std::span<const ParameterField> kdlWriteOrder() {
+    return kdlWriteOrderFields;
+}
+
 std::vector<const ParameterRow*> rowsInOrder(std::span<const ParameterField> order, std::uint8_t deviceType) {
-    std::vector<const ParameterRow*> rows;
-    for (const ParameterField field : order) {
-        const ParameterRow& row = parameterRow(field);
-        if (rowOfType(row.registers, deviceType) != nullptr) {
-            rows.push_back(&row);
-        }
-    }
-    return rows;
+    return rowsWith(order,
+                    [&](const ParameterRow& row) { return rowOfType(row.registers, deviceType) != nullptr; });
+}
+
+std::vector<const ParameterRow*> kdlRowsInOrder(std::span<const ParameterField> order,
+                                                std::uint8_t deviceType) {
+    return rowsWith(order, [&](const ParameterRow& row) {
+        return row.kdl.query != nullptr || rowOfType(row.kdl.numbers, deviceType) != nullptr;
+    });
 }
 
 }  // namespace vek

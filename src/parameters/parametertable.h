@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <variant>
@@ -58,8 +60,8 @@ inline constexpr std::size_t parameterCount = 36;
 /// Title of the message about a parameter that the device has not taken.
 inline constexpr const char* writeErrorTitle = "Write Error";
 
-/// The register that some types keep the parameter in.
-struct TypedRegister {
+/// The number that some types know the parameter by: its register, or its number on the KDL bus.
+struct TypedNumber {
     TypeSet types;
     std::uint16_t number;
 };
@@ -98,7 +100,8 @@ struct ChoiceParameter {
         OptionButton ParameterControls::*button;
         std::uint16_t code;
         const char* fileKey;
-        const char* writeFailure = nullptr;  ///< in place of the parameter's own
+        const char* writeFailure = nullptr;      ///< in place of the parameter's own
+        std::optional<std::uint16_t> kdlCode{};  ///< on the KDL bus, where it is another
     };
     std::vector<Option> options;
     const char* invalidValue;                 ///< message for a code without a button
@@ -121,13 +124,35 @@ enum class NeedsImpedance : std::uint8_t {
     ToReadAndWrite,  ///< neither read nor written while it is off; its box then shows "---"
 };
 
+/// What a flag's reply on the KDL bus says.
+enum class KdlFlag : std::uint8_t {
+    ZeroOrOne,
+    NotZero,  ///< set unless the number is 0: the threshold itself tells whether it is on
+    NotOff,   ///< set unless the text is "off", likewise
+};
+
+/// How the KDL bus reads and writes a parameter. Messages stand here where they differ from those for Modbus.
+struct KdlColumns {
+    std::vector<TypedNumber> numbers{};      ///< of ":TRSH?" and ":CAN"; a type in none of them lacks it
+    const char* query = nullptr;             ///< the request that reads a parameter without a number
+    std::array<const char*, 2> orders = {};  ///< the requests that write it as 0 and as 1
+    const char* invalidValue = nullptr;      ///< message for a value read that is none
+    const char* outOfRange = nullptr;        ///< message for a number that is not written
+    bool hasRange = true;                    ///< false: any number is written
+    KdlFlag flag = KdlFlag::ZeroOrOne;
+    /// Shows whether a threshold is on, where it can be off: it is then "off" in its box and 0 on the line.
+    CheckBox ParameterControls::*onOff = nullptr;
+    bool zeroIsOff = false;  ///< a box that counts as 0 says "off" as well
+};
+
 struct ParameterRow {
     ParameterField field;
-    std::vector<TypedRegister> registers;  ///< a type that is in none of them lacks the parameter
-    const char* section;                   ///< of the parameter file
+    std::vector<TypedNumber> registers;  ///< a type that is in none of them lacks the parameter
+    const char* section;                 ///< of the parameter file
     ParameterKind kind;
     const char* writeFailure;  ///< message when the device has not acknowledged
     NeedsImpedance needsImpedance = NeedsImpedance::Never;
+    KdlColumns kdl = {};
 };
 
 const ParameterRow& parameterRow(ParameterField field);
@@ -138,12 +163,25 @@ std::uint16_t registerOf(const ParameterRow& row, std::uint8_t deviceType);
 /// The range for this type; the parameter must have one.
 const NumberRange& rangeOf(const NumberParameter& number, std::uint8_t deviceType);
 
+/// Message for a number outside the range of this type.
+std::string outOfRangeText(const NumberParameter& number, std::uint8_t deviceType);
+
+/// The option whose button is set; nullptr when none is.
+const ChoiceParameter::Option* selectedOption(const ParameterControls& controls,
+                                              const ChoiceParameter& choice);
+
 /// The orders in which the operations visit the parameters.
 std::span<const ParameterField> readOrder();
 std::span<const ParameterField> writeOrder();
 std::span<const ParameterField> fileOrder();
+std::span<const ParameterField> kdlReadOrder();
+std::span<const ParameterField> kdlWriteOrder();
 
 /// Those parameters of an order that the type has.
 std::vector<const ParameterRow*> rowsInOrder(std::span<const ParameterField> order, std::uint8_t deviceType);
+
+/// Those parameters of an order that the type has on the KDL bus.
+std::vector<const ParameterRow*> kdlRowsInOrder(std::span<const ParameterField> order,
+                                                std::uint8_t deviceType);
 
 }  // namespace vek

@@ -7,6 +7,7 @@
 
 #include "modbus/ModBus.h"
 #include "parameters/ParamValueText.h"
+#include "parameters/bussettings.h"
 #include "parameters/parametertable.h"
 #include "platform/leadingnumber.h"
 
@@ -38,18 +39,6 @@ std::uint16_t roundedValue(double value) {
     return static_cast<std::uint16_t>(wholeNumber(value, 0, 0xFFFF));
 }
 
-std::string outOfRangeText(const NumberParameter& number, const NumberRange& range) {
-    return number.outOfRangeBegin + std::to_string(range.lowest) + "..." + std::to_string(range.highest) +
-           number.outOfRangeEnd;
-}
-
-const ChoiceParameter::Option* selectedOption(const C& controls, const ChoiceParameter& choice) {
-    const auto found = std::find_if(
-        choice.options.begin(), choice.options.end(),
-        [&](const ChoiceParameter::Option& option) { return (controls.*option.button).value.get(); });
-    return found == choice.options.end() ? nullptr : &*found;
-}
-
 /// Writes a parameter from its controls.
 struct WriteKind : Writing {
     void operator()(const NumberParameter& number) const {
@@ -58,7 +47,7 @@ struct WriteKind : Writing {
         if (value >= range.lowest && value <= range.highest) {
             sendReported(roundedValue(value));
         } else {
-            showError(program, outOfRangeText(number, range));
+            showError(program, outOfRangeText(number, program.DeviceType));
         }
     }
 
@@ -114,21 +103,12 @@ void reopenPort(Program& program) {
     OpenPort(program);
 }
 
-void showPortSettings(Program& program) {
-    program.shell.portPanel = "ModBus-Port = COM" + std::to_string(program.ComPort) + ", " +
-                              std::to_string(program.BaudRate) + program.FrameFormat;
-}
-
-bool isDeviceAddress(double value, const NumberRange& range) {
-    return value == 0 || (value >= range.lowest && value <= range.highest);
-}
-
 void writeAddress(const Writing& writing) {
     Program& program = writing.program;
     const auto& number = std::get<NumberParameter>(writing.row.kind);
     const double value = ParamValueText((writing.controls.*number.box).text.get());
-    if (!isDeviceAddress(value, rangeOf(number, program.DeviceType))) {
-        showError(program, "Eingegebene Adresse ausserhalb des gültigen Bereiches (0, 3...90)");
+    if (!isDeviceAddress(value)) {
+        showError(program, addressRefused);
         return;
     }
     if (value == program.DeviceAddress) {
@@ -167,11 +147,8 @@ void writeParity(const Writing& writing) {
     }
     program.FrameFormat = frameFormats.at(option->code);
     reopenPort(program);
-    showPortSettings(program);
+    showModbusPort(program);
 }
-
-/// In the order of the codes; 0 stands for the KDL bus.
-constexpr std::array<std::int32_t, 9> baudRates = {0, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
 
 void endAfterSwitchToKdl(Program& program) {
     showNote(program, "Es wurde auf das KDL-Protokoll umgeschaltet, daher wird die Anwendung geschlossen");
@@ -182,20 +159,20 @@ void endAfterSwitchToKdl(Program& program) {
 void writeBaudRate(const Writing& writing) {
     Program& program = writing.program;
     const auto* option = selectedOption(writing.controls, std::get<ChoiceParameter>(writing.row.kind));
-    if (option == nullptr || program.BaudRate == baudRates.at(option->code)) {
+    if (option == nullptr || program.BaudRate == baudRateOfCode(option->code)) {
         return;
     }
     if (!sendBusSetting(writing, option->code)) {
         writing.reportFailure(writing.row.writeFailure);
         return;
     }
-    if (baudRates.at(option->code) == 0) {
+    if (baudRateOfCode(option->code) == 0) {
         endAfterSwitchToKdl(program);
         return;
     }
-    program.BaudRate = baudRates.at(option->code);
+    program.BaudRate = baudRateOfCode(option->code);
     reopenPort(program);
-    showPortSettings(program);
+    showModbusPort(program);
 }
 
 /// Parameters with more to their writing than their value.

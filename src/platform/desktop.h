@@ -52,8 +52,24 @@ class Desktop {
     /// line, or until that time.
     virtual void waitForEvents(TimePoint until = TimePoint::max()) = 0;
 
+    /// While held, processEvents() and waitForEvents() leave keys, mouse and window buttons for later;
+    /// message boxes and file dialogs are answered all the same.
+    virtual void holdInput(bool held) = 0;
+
     /// A clock that never goes back.
     virtual TimePoint now() const = 0;
+};
+
+/// Keeps the user's hands off while something must not be left half done.
+class InputHold {
+  public:
+    explicit InputHold(Desktop& desktop) : desktop_(desktop) { desktop_.holdInput(true); }
+    InputHold(const InputHold&) = delete;
+    InputHold& operator=(const InputHold&) = delete;
+    ~InputHold() { desktop_.holdInput(false); }
+
+  private:
+    Desktop& desktop_;
 };
 
 }  // namespace vek

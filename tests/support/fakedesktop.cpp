@@ -52,7 +52,7 @@ std::optional<std::string> FakeDesktop::chooseFile(const FileDialog& dialog) {
 
 void FakeDesktop::processEvents() {
     ++eventRounds;
-    if (onEvents) {
+    if (onEvents && !inputHeld_) {
         onEvents();
     }
 }

@@ -25,8 +25,8 @@ class FakeDesktop final : public Desktop {
 
     std::deque<MessageAnswer> answers;  ///< to the next boxes; Ok when there are none left
     std::deque<std::optional<std::string>>
-        files;                           ///< chosen in the next file dialogs; nothing when none left
-    std::function<void()> onEvents;      ///< what the user does while events are processed
+        files;                       ///< chosen in the next file dialogs; nothing when none left
+    std::function<void()> onEvents;  ///< what the user does while events are processed and input is not held
     std::function<void()> onMessageBox;  ///< what happens while a box is open
 
     // What the test looks at.
@@ -42,6 +42,7 @@ class FakeDesktop final : public Desktop {
     std::optional<std::string> chooseFile(const FileDialog& dialog) override;
     void processEvents() override;
     void waitForEvents(TimePoint until = TimePoint::max()) override;
+    void holdInput(bool held) override { inputHeld_ = held; }
     TimePoint now() const override { return clock_.now(); }
 
     /// Has waitForEvents() run the timer on the fake clock.
@@ -62,6 +63,7 @@ class FakeDesktop final : public Desktop {
 
     FakeClock& clock_;
     std::list<RunningTimer> timers_;
+    bool inputHeld_ = false;
 };
 
 /// A box as one text: "Fehler|stop|ok|Datei-Pfad nicht gefunden".

@@ -88,9 +88,13 @@ std::optional<std::string> QtDesktop::chooseFile(const FileDialog& dialog) {
     return fromQt(files.first());
 }
 
+QEventLoop::ProcessEventsFlags QtDesktop::handledEvents() const {
+    return inputHeld_ ? QEventLoop::ExcludeUserInputEvents : QEventLoop::AllEvents;
+}
+
 void QtDesktop::processEvents() {
     dispatcher_.throwIfEnding();
-    QCoreApplication::processEvents(QEventLoop::AllEvents, longestYieldMs);
+    QCoreApplication::processEvents(handledEvents(), longestYieldMs);
     dispatcher_.throwIfEnding();
 }
 
@@ -106,7 +110,7 @@ void QtDesktop::waitForEvents(TimePoint until) {
         limit.setTimerType(Qt::PreciseTimer);
         limit.start(std::max(std::chrono::ceil<Milliseconds>(until - now()), Milliseconds{0}));
     }
-    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    QCoreApplication::processEvents(handledEvents() | QEventLoop::WaitForMoreEvents);
     dispatcher_.throwIfEnding();
 }
 

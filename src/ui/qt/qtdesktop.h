@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QEventLoop>
+
 #include "platform/desktop.h"
 #include "platform/numberlocale.h"
 #include "platform/serialcontrol.h"
@@ -17,14 +19,18 @@ class QtDesktop : public Desktop {
     std::optional<std::string> chooseFile(const FileDialog& dialog) override;
     void processEvents() override;
     void waitForEvents(TimePoint until = TimePoint::max()) override;
+    void holdInput(bool held) override { inputHeld_ = held; }
     TimePoint now() const override { return Clock::now(); }
 
     /// The line whose bytes wake waitForEvents(); it outlives the desktop's last wait.
     void watchLine(const SerialControl& line) { line_ = &line; }
 
   private:
+    QEventLoop::ProcessEventsFlags handledEvents() const;
+
     const Dispatcher& dispatcher_;
     const SerialControl* line_ = nullptr;
+    bool inputHeld_ = false;
 };
 
 /// How the user's system writes numbers, whether or not its locale is installed.

@@ -1,0 +1,235 @@
+#include "parameters/kdlwriteparameters.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+
+#include "kdl/KDLBusLink.h"
+#include "kdl/kdlparametervalue.h"
+#include "modbus/ModBus.h"
+#include "parameters/ParamValueText.h"
+#include "parameters/bussettings.h"
+#include "parameters/parametertable.h"
+
+namespace vek {
+
+namespace {
+
+using C = ParameterControls;
+
+struct Writing {
+    Program& program;
+    C& controls;
+    const ParameterRow& row;
+
+    /// The device acknowledges with an empty reply.
+    bool transact(const std::string& command) const { return KdlTransact(program, command).empty(); }
+
+    /// False also when the number was not selected: the value would then go to the number selected before.
+    bool send(std::string_view value) const {
+        const int number = rowOfType(row.kdl.numbers, program.DeviceType)->number;
+        return transact(":CAN " + std::to_string(number)) && transact(":TRSH " + std::string(value));
+    }
+
+    void report(bool acknowledged, const char* failure) const {
+        if (!acknowledged) {
+            showError(program, failure, writeErrorTitle);
+        }
+    }
+
+    void sendReported(std::string_view value) const { report(send(value), row.writeFailure); }
+};
+
+/// Whether the text can stand in a request, whose end is marked by "&", and says something.
+bool isSendable(std::string_view text) {
+    return text.find_first_not_of(' ') != std::string_view::npos &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~' && c != '&'; });
+}
+
+bool isInRange(std::string_view text, const NumberRange& range) {
+    const double value = ParamValueText(text);
+    return value >= range.lowest && value <= range.highest;
+}
+
+/// Whether a 0 switches a resistance threshold off: while its check box is shown, which is beside an
+/// impedance measurement. A value out of range is refused there too, and so is a text without a number:
+/// nobody expects that a slip of the finger takes an alarm away.
+bool switchesResistanceOff(const C& controls, const ParameterRow& row, std::string_view text) {
+    return (controls.*row.kdl.onOff).visible && wholeTextNumber(text) == 0.0;
+}
+
+/// Whether a box switches its threshold off. An empty box, such as a read without a reply leaves behind, does
+/// not.
+bool switchesOff(const C& controls, const ParameterRow& row, std::string_view text) {
+    if (row.kdl.onOff == nullptr || !isSendable(text)) {
+        return false;
+    }
+    return text == kdlOffText ||
+           (row.kdl.zeroIsOff ? ParamValueText(text) == 0 : switchesResistanceOff(controls, row, text));
+}
+
+/// Writes a parameter from its controls.
+struct WriteKind : Writing {
+    /// The box decides; the check box follows.
+    void showState(TextBox& box, bool on) const {
+        if (row.kdl.onOff == nullptr) {
+            return;
+        }
+        CheckBox& onOff = controls.*row.kdl.onOff;
+        onOff.value = on && onOff.visible;
+        if (!on) {
+            box.text = kdlOffText;
+        }
+    }
+
+    void operator()(const NumberParameter& number) const {
+        TextBox& box = controls.*number.box;
+        const std::string text = box.text;
+        if (switchesOff(controls, row, text)) {
+            showState(box, false);
+            sendReported("0");
+        } else if (!isSendable(text) ||
+                   (row.kdl.hasRange && !isInRange(text, rangeOf(number, program.DeviceType)))) {
+            showError(program, row.kdl.outOfRange != nullptr ? row.kdl.outOfRange
+                                                             : outOfRangeText(number, program.DeviceType));
+        } else {
+            showState(box, true);
+            sendReported(text);
+        }
+    }
+
+    void operator()(const FlagParameter& flag) const {
+        sendCode((controls.*flag.box).value ? 1 : 0, row.writeFailure);
+    }
+
+    void operator()(const ChoiceParameter& choice) const {
+        const ChoiceParameter::Option* option = selectedOption(controls, choice);
+        if (option != nullptr) {
+            sendCode(option->kdlCode.value_or(option->code),
+                     option->writeFailure != nullptr ? option->writeFailure : row.writeFailure);
+        } else if (choice.noneSelected != nullptr) {
+            showError(program, choice.noneSelected, choice.noneSelectedTitle);
+        }
+    }
+
+    /// The bus has no alarm assignment.
+    void operator()(const AlarmMaskParameter& /*mask*/) const {}
+
+    void sendCode(std::uint16_t code, const char* failure) const {
+        report(row.kdl.query != nullptr ? transact(row.kdl.orders.at(code)) : send(std::to_string(code)),
+               failure);
+    }
+};
+
+/// One number says whether the impedance measurement is on and at which mains frequency.
+void writeImpedanceMeasurement(const Writing& writing) {
+    C& controls = writing.controls;
+    const auto& frequency = std::get<ChoiceParameter>(parameterRow(ParameterField::Netzfrequenz).kind);
+    const ChoiceParameter::Option* option = selectedOption(controls, frequency);
+    if (controls.chkZe.value) {
+        writing.sendReported(std::to_string((option != nullptr ? *option : frequency.options.front()).code));
+    } else {
+        writing.sendReported("0");
+        controls.chkRWarnung.value = false;
+        controls.chkRAlarm.value = false;
+    }
+}
+
+/// The address as the link can take it: up to three digits between blanks; empty for any other text.
+std::string_view addressDigits(std::string_view text) {
+    const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
+    const std::string_view digits = text.substr(first, text.find_last_not_of(' ') + 1 - first);
+    constexpr std::size_t longestAddress = 3;
+    const bool valid =
+        digits.size() <= longestAddress && digits.find_first_not_of("0123456789") == std::string_view::npos;
+    return valid ? digits : std::string_view();
+}
+
+/// The device is asked at its new address from here on. An address that the link cannot take would end the
+/// program in the middle of the set, so that it is refused before the device hears of it.
+void writeAddress(const Writing& writing) {
+    Program& program = writing.program;
+    const std::string address(addressDigits(writing.controls.txtAdresse.text.get()));
+    if (address.empty() || !isDeviceAddress(ParamValueText(address))) {
+        showError(program, addressRefused);
+        return;
+    }
+    const bool acknowledged = writing.send(address);
+    writing.report(acknowledged, writing.row.writeFailure);
+    if (!acknowledged) {
+        return;
+    }
+    KdlClosePort(program);
+    KdlSetAddress(program, address);
+    KdlOpenPort(program);
+    program.shell.addressPanel = "KDL-Geräteadresse = " + address;
+}
+
+void endAfterSwitchToModbus(Program& program, std::int32_t baudRate) {
+    program.FrameFormat = ",e,8,1";
+    program.BaudRate = baudRate;
+    showNote(program, "Es wurde auf das ModBus-Protokoll mit " + std::to_string(baudRate) +
+                          "Baud (Parität = E,8,1)umgeschaltet, anschließend wird die Parameter-Eingabe "
+                          "beendet. Es muss sichergestellt sein, dass die Parität am ZEPHYRON "
+                          "dementsprechend eingestellt ist!");
+    showModbusPort(program);
+    KdlClosePort(program);
+    UnloadAllWindows(program);
+}
+
+/// A Modbus rate other than the present one takes the device off the KDL bus.
+void writeBaudRate(const Writing& writing) {
+    Program& program = writing.program;
+    const auto* option = selectedOption(writing.controls, std::get<ChoiceParameter>(writing.row.kind));
+    const std::int32_t baudRate = option != nullptr ? baudRateOfCode(option->code) : 0;
+    if (baudRate == 0 || baudRate == program.BaudRate) {
+        return;
+    }
+    const bool acknowledged = writing.send(std::to_string(option->code));
+    writing.report(acknowledged, writing.row.writeFailure);
+    if (acknowledged) {
+        endAfterSwitchToModbus(program, baudRate);
+    }
+}
+
+/// Parameters with more to their writing than their value.
+struct SpecialWrite {
+    ParameterField field;
+    void (*write)(const Writing&);
+};
+
+constexpr std::array<SpecialWrite, 3> specialWrites = {{
+    {ParameterField::ZeAktiv, writeImpedanceMeasurement},
+    {ParameterField::Adresse, writeAddress},
+    {ParameterField::BaudCode, writeBaudRate},
+}};
+
+void writeParameter(const Writing& writing) {
+    if (writing.row.needsImpedance != NeedsImpedance::Never && !writing.controls.chkZe.value) {
+        return;
+    }
+    for (const SpecialWrite& special : specialWrites) {
+        if (special.field == writing.row.field) {
+            special.write(writing);
+            return;
+        }
+    }
+    std::visit(WriteKind{writing}, writing.row.kind);
+}
+
+}  // namespace
+
+void KdlWriteParameters(Program& program, ParameterControls& controls) {
+    KdlOpenPort(program);
+    const auto rows = kdlRowsInOrder(kdlWriteOrder(), program.DeviceType);
+    controls.prgFortschritt.done = 0;
+    controls.prgFortschritt.total = static_cast<int>(rows.size());
+    for (const ParameterRow* row : rows) {
+        writeParameter({program, controls, *row});
+        controls.prgFortschritt.done = controls.prgFortschritt.done + 1;
+    }
+    KdlClosePort(program);
+}
+
+}  // namespace vek

@@ -1,0 +1,208 @@
+#include <gtest/gtest.h>
+
+#include "kdlrig.h"
+
+namespace vek {
+namespace {
+
+Commands numbered(std::initializer_list<std::pair<int, const char*>> writes) {
+    Commands commands;
+    for (const auto& [number, value] : writes) {
+        commands.push_back(":CAN " + std::to_string(number));
+        commands.push_back(std::string(":TRSH ") + value);
+    }
+    return commands;
+}
+
+TEST(KdlWriteParameters, SendsTheParametersOfTheTypeInTheirOrder) {
+    const Commands resistances = numbered({{1, "100"}, {2, "50"}});
+    const Commands voltages = numbered({{4, "80"}, {5, "90"}});
+    const Commands relays = {":MEMRY 1", ":RELNC 0", ":RELNO 1"};
+    const Commands delays = numbered({{9, "1"}, {10, "2"}, {11, "3"}});
+    const Commands end = numbered({{6, "24"}, {7, "1"}, {13, "0"}, {14, "3"}});
+    const Commands ordinary = joined({resistances, voltages, relays, delays, end});
+    struct Case {
+        int type;
+        Commands expected;
+    };
+    const Case cases[] = {
+        {1, joined({numbered({{8, "500"}, {12, "40"}, {3, "30"}}), ordinary})},
+        {3, ordinary},
+        {6, ordinary},
+        {8, joined({numbered({{3, "20"}}), resistances, voltages, relays, delays,
+                    numbered({{6, "24"}, {13, "0"}, {14, "3"}})})},
+        {9, joined({numbered({{3, "250"}, {4, "80"}, {5, "90"}, {6, "24"}, {8, "0"}}), resistances, relays,
+                    delays, numbered({{12, "24"}, {7, "1"}, {13, "0"}, {14, "3"}})})},
+        {10, joined({numbered({{8, "0"}}), ordinary})},
+    };
+    for (const Case& test : cases) {
+        KdlRig rig(test.type);
+        EXPECT_EQ(rig.write(), Boxes{}) << test.type;
+        EXPECT_EQ(rig.commands, test.expected) << test.type;
+        EXPECT_EQ(rig.test.program.shell.addressPanel.get(), "KDL-Geräteadresse = 3");
+        EXPECT_FALSE(rig.test.serial.isOpen());
+    }
+    KdlRig off(2);
+    off.editor().check(off.editor().chkZe, false);
+    EXPECT_EQ(off.write(), Boxes{});
+    EXPECT_EQ(off.commands, joined({numbered({{8, "0"}}), ordinary}));
+    EXPECT_FALSE(off.editor().chkRWarnung.value || off.editor().chkRAlarm.value);
+}
+
+/// What goes out under the number of a box, and the message instead.
+TEST(KdlWriteParameters, HoldsEveryBoxAgainstItsLimits) {
+    struct Case {
+        int type;
+        TextBox frmMbParameter::*box;
+        const char* text;
+        int number;
+        const char* written;
+        const char* message;
+    };
+    using E = frmMbParameter;
+    constexpr const char* ran = "Ungültiger Ansprechwert => Ran";
+    constexpr const char* address = "Eingegebene Adresse ausserhalb des gültigen Bereiches (0, 3...90)";
+    const Case cases[] = {
+        {1, &E::txtRWarnung, "991", 1, "-", ran},
+        {1, &E::txtRWarnung, "990", 1, "990", nullptr},
+        {3, &E::txtRWarnung, "501", 1, "-", ran},
+        {3, &E::txtRWarnung, "2.5", 1, "2.5", nullptr},  // goes out as it is typed
+        {3, &E::txtRWarnung, " 100 k", 1, " 100 k", nullptr},
+        {3, &E::txtRAlarm, "0", 2, "-", ran},
+        {3, &E::txtRAlarm, "off", 2, "0", nullptr},
+        {3, &E::txtRAlarm, "OFF", 2, "-", ran},
+        {9, &E::txtRAlarm, "4951", 2, "-", ran},
+        {9, &E::txtRAlarm, "4950", 2, "4950", nullptr},
+        {1, &E::txtZWarnung, "1", 12, "-", "Ungültiger Ansprechwert. Zan = 2...500k."},
+        {1, &E::txtZAlarm, "496", 3, "-", "Ungültiger Ansprechwert. Zan = 1...495k."},
+        {7, &E::txtUnterSpg, "1091", 4, "-", "Ungültiger Ansprechwert. Unterspg = 30...1090."},
+        {7, &E::txtUnterSpg, "off", 4, "0", nullptr},
+        {7, &E::txtUnterSpg, "0", 4, "0", nullptr},
+        {7, &E::txtUnterSpg, "", 4, "-", "Ungültiger Ansprechwert. Unterspg = 30...1090."},
+        {8, &E::txtUeberSpg, "8", 5, "-", "Ungültiger Ansprechwert. Ueberspg = 9...144."},
+        {8, &E::txtUeberSpg, "144", 5, "144", nullptr},
+        {9, &E::txtBattH, "9999", 3, "9999", nullptr},
+        {9, &E::txtCrossL, "1&2", 6, "-", "Ungültiger Ansprechwert. UCrossL = 3...495 V."},
+        {9, &E::txtBattL, " ", 4, "-", "Ungültiger Ansprechwert. UBatL = 3...495 V."},
+        {3, &E::txtTein, "11", 9, "-", "Ungültiger Ansprechwert. Tein = 0...10s."},
+        {3, &E::txtTein, "1\r\n", 9, "-", "Ungültiger Ansprechwert. Tein = 0...10s."},
+        {3, &E::txtTan, "100", 10, "-", "Ungültiger Ansprechwert. Tan1+2 = 0...99s."},
+        {9, &E::txtTan1, "-1", 10, "-", "Ungültiger Ansprechwert. Tan1 = 0...99s."},
+        {3, &E::txtTab, "5 µs", 11, "-", "Ungültiger Ansprechwert. Tab = 0...99s."},
+        {3, &E::txtAdresse, "2", 14, "-", address},
+        {3, &E::txtAdresse, "91", 14, "-", address},
+        {3, &E::txtAdresse, "3.5", 14, "-", address},
+        {3, &E::txtAdresse, "0003", 14, "-", address},  // longer than the link can take
+        {3, &E::txtAdresse, "", 14, "-", address},
+    };
+    for (const Case& test : cases) {
+        KdlRig rig(test.type);
+        (rig.editor().*test.box).text = test.text;
+        EXPECT_EQ(rig.write(), test.message != nullptr ? Boxes{error(test.message)} : Boxes{}) << test.text;
+        EXPECT_EQ(rig.written(test.number), test.written) << test.text;
+        EXPECT_EQ(rig.written(13), "0") << "the rest is written all the same";
+    }
+}
+
+/// The text of the box alone goes out: what the check box shows is kept in step with it.
+TEST(KdlWriteParameters, ShowsAThresholdThatIsOffAsOff) {
+    KdlRig rig(1);
+    frmMbParameter& editor = rig.editor();
+    editor.check(editor.chkUnterspg, false);
+    EXPECT_EQ(editor.txtUnterSpg.text.get(), "off");
+    editor.txtUeberSpg.text = "0";
+    editor.check(editor.chkRWarnung, false);
+    editor.txtRAlarm.text = "0";
+    EXPECT_EQ(rig.write(), Boxes{});
+    for (const int number : {1, 2, 4, 5}) {
+        EXPECT_EQ(rig.written(number), "0") << number;
+    }
+    EXPECT_EQ(textsOf({&editor.txtRAlarm, &editor.txtUeberSpg}), (Texts{"off", "off"}));
+    EXPECT_FALSE(editor.chkRAlarm.value || editor.chkUeberSpg.value);
+
+    editor.check(editor.chkUnterspg, true);
+    EXPECT_EQ(editor.txtUnterSpg.text.get(), "");
+    editor.txtUeberSpg.text = "120";
+    editor.txtRAlarm.text = "keiner";
+    editor.txtRWarnung.text = "991";
+    EXPECT_EQ(rig.write(),
+              (Boxes{error("Ungültiger Ansprechwert => Ran"), error("Ungültiger Ansprechwert => Ran"),
+                     error("Ungültiger Ansprechwert. Unterspg = 10...499.")}));
+    EXPECT_EQ(rig.written(1) + rig.written(2) + rig.written(4), "---");
+    EXPECT_EQ(rig.written(5), "120");
+    EXPECT_TRUE(editor.chkUeberSpg.value);
+}
+
+TEST(KdlWriteParameters, ReportsWhatTheDeviceDoesNotAcknowledge) {
+    KdlRig rig(8);
+    rig.refused = {":CAN 1", ":TRSH 50", ":MEMRY 1", ":RELNO 1", ":CAN 14"};
+    rig.editor().txtAdresse.text = "17";
+    EXPECT_EQ(rig.write(), (Boxes{writeError("Der Ansprechwert R-Vorwarnung konnte nicht gesetzt werden."),
+                                  writeError("Der Ansprechwert R-Alarm konnte nicht gesetzt werden."),
+                                  writeError("Der Parameter Fehlerspeicher konnte nicht gesetzt werden."),
+                                  writeError("Der Parameter Arbeitsweise K2 konnte nicht gesetzt werden."),
+                                  writeError("Der Geräte Adresse konnte nicht gesetzt werden.")}));
+    EXPECT_EQ(rig.commands[2], ":CAN 1");
+    EXPECT_EQ(rig.commands[3], ":CAN 2") << "no value under a number that was not selected";
+    EXPECT_EQ(rig.test.program.KdlAddressPrefix, ":;003");
+
+    KdlRig empty(8);
+    empty.editor().opt20uF.value = false;
+    EXPECT_EQ(empty.write(), Boxes{writeError("Der Parameter Netzableitkapazität ist nicht vorhanden.")});
+    EXPECT_EQ(empty.written(3), "-");
+}
+
+TEST(KdlWriteParameters, FollowsTheDeviceToItsNewAddress) {
+    KdlRig rig(3);
+    rig.editor().txtAdresse.text = " 90";
+    EXPECT_EQ(rig.write(), Boxes{});
+    EXPECT_EQ(rig.written(14), "90");
+    EXPECT_EQ(rig.test.program.KdlAddressPrefix, ":;090");
+    EXPECT_EQ(rig.test.program.DeviceAddress, 90);
+    EXPECT_EQ(rig.test.program.shell.addressPanel.get(), "KDL-Geräteadresse = 90");
+}
+
+TEST(KdlWriteParameters, EndsTheProgramWithTheSwitchToModbus) {
+    KdlRig rig(3);
+    rig.editor().optBaud19200.value = true;
+    EXPECT_TRUE(rig.test.endsProgram([&] { rig.editor().cmdWritePara.click(); }));
+    const Commands sent = rig.device.takeCommands();
+    EXPECT_EQ(Commands(sent.end() - 2, sent.end()), (Commands{":CAN 15", ":TRSH 5"}));
+    EXPECT_EQ(rig.test.desktop.takeBoxes(),
+              Boxes{"Hinweis|info|ok|Es wurde auf das ModBus-Protokoll mit 19200Baud (Parität = "
+                    "E,8,1)umgeschaltet, anschließend wird die Parameter-Eingabe beendet. Es muss "
+                    "sichergestellt sein, dass die Parität am ZEPHYRON dementsprechend eingestellt ist!"});
+    EXPECT_EQ(rig.test.program.shell.portPanel.get(), "ModBus-Port = COM3, 19200,e,8,1");
+    EXPECT_FALSE(rig.test.serial.isOpen());
+    EXPECT_TRUE(rig.test.host.open.empty());
+
+    KdlRig same(3);
+    same.editor().optBaud9600.value = true;
+    EXPECT_EQ(same.write(), Boxes{});
+    EXPECT_EQ(same.written(15), "-");
+
+    KdlRig refusing(3);
+    refusing.refused = {":TRSH 5"};
+    refusing.editor().optBaud19200.value = true;
+    EXPECT_EQ(refusing.write(), Boxes{writeError("Der Parameter Baudrate konnte nicht gesetzt werden.")});
+    EXPECT_TRUE(refusing.test.program.kdlActive());
+}
+
+/// Whoever closes the window or goes on typing meanwhile must not leave half a set behind.
+TEST(KdlWriteParameters, FinishesTheSetBeforeItHearsTheUser) {
+    KdlRig rig(3);
+    bool heard = false;
+    frmMbParameter& editor = rig.editor();
+    rig.test.desktop.onEvents = [&] {
+        heard = true;
+        editor.txtTab.text = "9";
+        editor.closeBoxPressed();
+    };
+    EXPECT_EQ(rig.write(), Boxes{});
+    EXPECT_FALSE(heard);
+    EXPECT_EQ(rig.written(11), "3");
+    EXPECT_EQ(rig.written(14), "3");
+}
+
+}  // namespace
+}  // namespace vek
