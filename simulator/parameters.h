@@ -63,6 +63,8 @@ struct ParameterRow {
     std::uint16_t mask = 0xFFFF;
 };
 
+// All includes the interface: wherever the device was before, it is then on Modbus RTU at address 3 with
+// 9600 bit/s and parity even, where a new device is looked for.
 enum class FactoryReset : std::uint8_t { All, KeepInterface };
 
 enum class Protocol : std::uint8_t { Modbus, Kdl };
