@@ -11,42 +11,38 @@ constexpr double kiloOhm = 1000.0;
 
 bool isBelow(const ParameterSet& parameters, Parameter threshold, double value) {
     const auto limit = parameters.value(threshold);
-    return limit.has_value() && value < *limit;
+    return limit.has_value() && parameters.isInUse(threshold) && value < *limit;
 }
 
 bool isAbove(const ParameterSet& parameters, Parameter threshold, double value) {
     const auto limit = parameters.value(threshold);
-    return limit.has_value() && value > *limit;
+    return limit.has_value() && parameters.isInUse(threshold) && value > *limit;
 }
 
 bool insulationWarning(const Measurement& m, const ParameterSet& p, bool) {
-    return p.isOn(Parameter::InsulationWarningOn, true) &&
-           isBelow(p, Parameter::InsulationWarning, m[Insulation] / kiloOhm);
+    return isBelow(p, Parameter::InsulationWarning, m[Insulation] / kiloOhm);
 }
 
 bool insulationAlarm(const Measurement& m, const ParameterSet& p, bool) {
-    return p.isOn(Parameter::InsulationAlarmOn, true) &&
-           isBelow(p, Parameter::InsulationAlarm, m[Insulation] / kiloOhm);
+    return isBelow(p, Parameter::InsulationAlarm, m[Insulation] / kiloOhm);
 }
 
 bool impedanceWarning(const Measurement& m, const ParameterSet& p, bool) {
-    return p.isOn(Parameter::ImpedanceOn, true) &&
-           isBelow(p, Parameter::ImpedanceWarning, m[Impedance] / kiloOhm);
+    return isBelow(p, Parameter::ImpedanceWarning, m[Impedance] / kiloOhm);
 }
 
 bool impedanceAlarm(const Measurement& m, const ParameterSet& p, bool) {
-    return p.isOn(Parameter::ImpedanceOn, true) &&
-           isBelow(p, Parameter::ImpedanceAlarm, m[Impedance] / kiloOhm);
+    return isBelow(p, Parameter::ImpedanceAlarm, m[Impedance] / kiloOhm);
 }
 
 template <Quantity quantity>
 bool undervoltage(const Measurement& m, const ParameterSet& p, bool) {
-    return p.isOn(Parameter::UndervoltageOn, true) && isBelow(p, Parameter::Undervoltage, m[quantity]);
+    return isBelow(p, Parameter::Undervoltage, m[quantity]);
 }
 
 template <Quantity quantity>
 bool overvoltage(const Measurement& m, const ParameterSet& p, bool) {
-    return p.isOn(Parameter::OvervoltageOn, true) && isAbove(p, Parameter::Overvoltage, m[quantity]);
+    return isAbove(p, Parameter::Overvoltage, m[quantity]);
 }
 
 bool batteryTooHigh(const Measurement& m, const ParameterSet& p, bool) {

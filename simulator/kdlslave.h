@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "simulator/device.h"
+#include "simulator/kdlparameters.h"
 
 namespace vek::sim {
 
@@ -21,6 +22,7 @@ class KdlSlave {
 
   private:
     Device& device_;
+    std::uint16_t selected_ = noParameter;  // what the next value is for
 };
 
 }  // namespace vek::sim

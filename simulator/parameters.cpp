@@ -66,7 +66,7 @@ constexpr ParameterRow rows[] = {
     {Relay2Mode, 3014, allTypes, flag, 0},
     {Address, 3015, allTypes, addresses, 3},
     {BaudCode, 3016, allTypes, baudCodes, 4},
-    {Parity, 3017, allTypes, zeroToTwo, 2},
+    {Parity, 3017, allTypes, zeroToTwo, evenParity},
     {StartDelay, 3018, allTypes, startDelay, 0},
     {ResponseDelay, 3019, allTypes, delay, 0},
     {ReleaseDelay, 3020, allTypes, delay, 0},
@@ -89,6 +89,24 @@ constexpr int kdlBaudRate = 9600;
 // By the code of the parameter.
 constexpr std::array<int, 9> baudRates{0, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
 
+// The flag that a parameter depends on.
+struct FlagRow {
+    Parameter parameter;
+    Parameter flag;
+};
+constexpr std::array<FlagRow, 7> flags{{{ImpedanceWarning, ImpedanceOn},
+                                        {ImpedanceAlarm, ImpedanceOn},
+                                        {MainsFrequency, ImpedanceOn},
+                                        {InsulationWarning, InsulationWarningOn},
+                                        {InsulationAlarm, InsulationAlarmOn},
+                                        {Undervoltage, UndervoltageOn},
+                                        {Overvoltage, OvervoltageOn}}};
+
+std::optional<Parameter> flagOf(Parameter parameter) {
+    const auto* found = std::ranges::find(flags, parameter, &FlagRow::parameter);
+    return found == flags.end() ? std::nullopt : std::optional(found->flag);
+}
+
 bool belongsToInterface(Parameter parameter) {
     return parameter == Address || parameter == BaudCode || parameter == Parity;
 }
@@ -108,16 +126,29 @@ const ParameterSet::Entry* ParameterSet::find(std::uint16_t reg) const {
     return found == entries_.end() ? nullptr : &*found;
 }
 
+const ParameterSet::Entry* ParameterSet::find(Parameter parameter) const {
+    const auto found =
+        std::ranges::find_if(entries_, [parameter](const Entry& e) { return e.row->parameter == parameter; });
+    return found == entries_.end() ? nullptr : &*found;
+}
+
 std::optional<std::uint16_t> ParameterSet::read(std::uint16_t reg) const {
     const Entry* entry = find(reg);
     return entry == nullptr ? std::nullopt : std::optional(entry->value);
 }
 
-bool ParameterSet::accepts(std::uint16_t reg, std::uint16_t value) const {
-    const Entry* entry = find(reg);
+bool ParameterSet::allows(const Entry* entry, std::uint16_t value) {
     return entry != nullptr && (value & ~entry->row->mask) == 0 &&
            std::ranges::any_of(entry->row->allowed,
                                [value](const Interval& i) { return i.min <= value && value <= i.max; });
+}
+
+bool ParameterSet::accepts(std::uint16_t reg, std::uint16_t value) const {
+    return allows(find(reg), value);
+}
+
+bool ParameterSet::accepts(Parameter parameter, std::uint16_t value) const {
+    return allows(find(parameter), value);
 }
 
 void ParameterSet::store(std::uint16_t reg, std::uint16_t value) {
@@ -129,13 +160,30 @@ void ParameterSet::store(std::uint16_t reg, std::uint16_t value) {
 }
 
 std::optional<std::uint16_t> ParameterSet::value(Parameter parameter) const {
-    const auto found =
-        std::ranges::find_if(entries_, [parameter](const Entry& e) { return e.row->parameter == parameter; });
-    return found == entries_.end() ? std::nullopt : std::optional(found->value);
+    const Entry* entry = find(parameter);
+    return entry == nullptr ? std::nullopt : std::optional(entry->value);
 }
 
 bool ParameterSet::isOn(Parameter parameter, bool otherwise) const {
     return value(parameter).value_or(otherwise ? 1 : 0) != 0;
+}
+
+bool ParameterSet::isInUse(Parameter parameter) const {
+    // Something has to watch the installation: the resistance can be left out only while the impedance is
+    // measured.
+    const bool indispensable =
+        (parameter == InsulationWarning || parameter == InsulationAlarm) && !isOn(ImpedanceOn, false);
+    const std::optional<Parameter> own = flagOf(parameter);
+    return indispensable || !own.has_value() || isOn(*own, true);
+}
+
+bool ParameterSet::setInUse(Parameter parameter, bool inUse) {
+    const std::optional<Parameter> own = flagOf(parameter);
+    if (!own.has_value() || find(*own) == nullptr) {
+        return false;
+    }
+    set(*own, inUse ? 1 : 0);
+    return true;
 }
 
 void ParameterSet::set(Parameter parameter, std::uint16_t value) {

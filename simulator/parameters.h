@@ -63,6 +63,8 @@ struct ParameterRow {
     std::uint16_t mask = 0xFFFF;
 };
 
+// All includes the interface: wherever the device was before, it is then on Modbus RTU at address 3 with
+// 9600 bit/s and parity even, where a new device is looked for.
 enum class FactoryReset : std::uint8_t { All, KeepInterface };
 
 enum class Protocol : std::uint8_t { Modbus, Kdl };
@@ -89,6 +91,11 @@ class ParameterSet {
     std::optional<std::uint16_t> value(Parameter parameter) const;
     // A flag of a type that does not have it counts as `otherwise`.
     bool isOn(Parameter parameter, bool otherwise) const;
+    bool accepts(Parameter parameter, std::uint16_t value) const;
+    // Whether the device works with the parameter, or the flag that it depends on has switched it off.
+    bool isInUse(Parameter parameter) const;
+    // Sets that flag; returns false when the parameter has none on this type.
+    bool setInUse(Parameter parameter, bool inUse);
     // Does nothing for a type that does not have the parameter.
     void set(Parameter parameter, std::uint16_t value);
 
@@ -102,9 +109,14 @@ class ParameterSet {
         std::uint16_t value;
     };
     const Entry* find(std::uint16_t reg) const;
+    const Entry* find(Parameter parameter) const;
+    static bool allows(const Entry* entry, std::uint16_t value);
 
     std::vector<Entry> entries_;
 };
+
+// The code that register 3017 holds for even parity.
+inline constexpr std::uint16_t evenParity = 2;
 
 // The code that register 3016 holds for the KDL bus.
 inline constexpr std::uint16_t kdlBaudCode = 0;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <utility>
 #include <vector>
@@ -58,6 +59,15 @@ std::string payload(const std::string& reply) {
 
 std::string ask(Master& master, const std::string& command) {
     return payload(send(master, requestText(command)));
+}
+
+// All replies in one text, one after the other.
+std::string ask(Master& master, std::initializer_list<std::string> commands) {
+    std::string texts;
+    for (const std::string& command : commands) {
+        texts += ask(master, command);
+    }
+    return texts;
 }
 
 // The operating values up to the end of the list.
@@ -196,6 +206,213 @@ TEST(KdlCommands, TheBaudCodeChoosesTheProtocol) {
     master.wait(1);
     EXPECT_EQ(master.read(3007), 50);
     EXPECT_EQ(master.read(3016), 4);
+}
+
+// The parameters that the type has, each with its number.
+std::string parameterTexts(Master& master) {
+    std::string texts;
+    for (int number = 1; number <= 15; ++number) {
+        const std::string text = ask(master, ":TRSH? " + std::to_string(number));
+        texts += text == "error 3" ? "" : std::to_string(number) + ": " + text + ", ";
+    }
+    return texts;
+}
+
+// What a master finds: the text after the first of the keys, in this order, wherever it stands.
+std::string valueText(const std::string& reply) {
+    for (const char* key : {"Re/kO", "FndHz", "Ze/kO", "Rp/kO", "Uu/V", "Uo/V", "Ce/uF", "off", "nc", "no",
+                            "Adr=", "dig", "Tvz/s", "T/h", "STDBY", "on"}) {
+        if (const std::size_t found = reply.find(key); found != std::string::npos) {
+            return reply == "off" ? reply : reply.substr(found + std::strlen(key));
+        }
+    }
+    return "?";
+}
+
+std::string write(Master& master, int number, const std::string& value) {
+    return ask(master, {":CAN " + std::to_string(number), ":TRSH " + value});
+}
+
+std::uint16_t registerOf(Master& master, int reg) {
+    return master.line.device().parameters().read(static_cast<std::uint16_t>(reg)).value_or(0xFFFF);
+}
+
+TEST(KdlParameters, EachTypeHasItsOwn) {
+    const std::string insulation = "1: Re/kO 100, 2: Re/kO 50, ";
+    const std::string delays = "9: Tvz/s 0, 10: Tvz/s 0, 11: Tvz/s 0, ";
+    const std::string address = "13: STDBY 0, 14: Adr= 3, ";
+    const std::string bus = address + "15: dig 0, ";
+    const std::string common = "6: T/h 24, 7: dig 1, ";
+    const std::string impedance = insulation + "3: Ze/kO 25, 4: Uu/V 180, 5: Uo/V 260, " + common +
+                                  "8: FndHz 500, " + delays + "12: Ze/kO 50, " + bus;
+    const std::string threePhase = insulation + "4: Uu/V 320, 5: Uo/V 460, " + common + delays + bus;
+    const std::string mains = insulation + "4: Uu/V 180, 5: Uo/V 260, " + common;
+    const std::pair<int, std::string> rows[] = {
+        {1, impedance},
+        {2, impedance},
+        {3, threePhase},
+        {4, threePhase},
+        {5, threePhase},
+        {6, mains + delays + address},
+        {7, insulation + "4: Uu/V 550, 5: Uo/V 790, " + common + delays + bus},
+        {8, "1: Re/kO 50, 2: Re/kO 25, 3: Ce/uF 10, 4: Uu/V 88, 5: Uo/V 132, 6: T/h 24, " + delays + bus},
+        {9, insulation + "3: Uo/V 250, 4: Uu/V 180, 5: Uo/V 120, 6: Uu/V 60, 7: dig 1, 8: dig 0, " + delays +
+                "12: T/h 24, " + bus},
+        {10, mains + "8: dig 0, " + delays + bus},
+    };
+    for (const auto& [type, texts] : rows) {
+        Master master(onKdl(type));
+        EXPECT_EQ(parameterTexts(master), texts) << type;
+    }
+}
+
+// Both buses show one set: what is written here stands in the registers.
+TEST(KdlParameters, AreTheRegistersOfTheOtherBus) {
+    struct Row {
+        int type;
+        int number;
+        const char* value;
+        const char* text;  // as it is read back, without its key
+        int reg;
+        int content;
+    };
+    const Row rows[] = {
+        {1, 1, "990", " 990", 3005, 990}, {9, 1, "5000", " 5000", 3001, 5000},
+        {1, 3, "495", " 495", 3003, 495}, {8, 3, "40", " 40", 3023, 40},
+        {9, 3, "500", " 500", 3005, 500}, {9, 4, "495", " 495", 3007, 495},
+        {9, 5, "4", " 4", 3009, 4},       {9, 6, "3", " 3", 3011, 3},
+        {3, 4, " 30 ", " 30", 3009, 30},  {3, 5, "1150", " 1150", 3011, 1150},
+        {1, 1, "0", "off", 3004, 0},      {2, 2, "0", "off", 3006, 0},
+        {4, 4, "0", "off", 3008, 0},      {7, 5, "0", "off", 3010, 0},
+        {1, 8, "600", " 600", 3023, 600}, {1, 8, "0", "off", 3022, 0},
+        {3, 6, "1", " 1", 3021, 1},       {9, 12, "0", " 0", 3021, 0},
+        {4, 7, "0", " 0", 3024, 0},       {9, 8, "4", " 4", 3029, 4},
+        {10, 8, "1", " 1", 3023, 1},      {5, 9, "10", " 10", 3018, 10},
+        {9, 10, "99", " 99", 3019, 99},   {6, 11, "7", " 7", 3020, 7},
+        {2, 12, "2", " 2", 3001, 2},      {1, 13, "1", " 1", 3026, 1},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(testing::Message() << "type " << row.type << ", parameter " << row.number);
+        Master master(onKdl(row.type));
+        const std::string before = ask(master, ":TRSH? " + std::to_string(row.number));
+        EXPECT_EQ(write(master, row.number, row.value), "");
+        EXPECT_EQ(valueText(ask(master, ":TRSH? " + std::to_string(row.number))), row.text);
+        EXPECT_EQ(registerOf(master, row.reg), row.content);
+        EXPECT_EQ(ask(master, ":DEFLT"), "");
+        EXPECT_EQ(ask(master, ":TRSH? " + std::to_string(row.number)), before);
+    }
+}
+
+TEST(KdlParameters, RefuseWhatDoesNotFit) {
+    struct Row {
+        int type;
+        int number;
+        std::vector<const char*> values;
+    };
+    const Row rows[] = {{1, 1, {"1", "991", "2.5", "-3", "", "x", "70000"}},
+                        {9, 2, {"0"}},
+                        {1, 6, {"2", "23"}},
+                        {1, 8, {"1"}},
+                        {1, 14, {"2"}},
+                        {1, 15, {"9"}}};
+    for (const Row& row : rows) {
+        Master master(onKdl(row.type));
+        const std::string before = parameterTexts(master);
+        for (const char* value : row.values) {
+            EXPECT_EQ(write(master, row.number, value), "error 3") << row.number << ": " << value;
+        }
+        EXPECT_EQ(parameterTexts(master), before);
+    }
+    // A value whose number was not taken or not heard must not land in the parameter before it.
+    Master master(onKdl(6));
+    EXPECT_EQ(ask(master, ":TRSH 5"), "error 3");
+    EXPECT_EQ(write(master, 9, "5"), "");
+    EXPECT_EQ(ask(master, ":TRSH 6"), "error 3");
+    for (const char* number : {"0", "3", "8", "12", "15", "16", "x"}) {
+        EXPECT_EQ(ask(master, {":CAN 9", std::string(":CAN ") + number, ":TRSH 6"}), "error 3error 3");
+    }
+    EXPECT_EQ(ask(master, ":TRSH? 9"), "Tvz/s 5");
+}
+
+TEST(KdlParameters, SwitchesActOnWhatTheyStandFor) {
+    Master master(onKdl());
+    pinHealthy(master);
+    pin(master, Insulation, 40e3F);
+    EXPECT_EQ(write(master, 2, "0"), "");
+    EXPECT_EQ(parameterTexts(master).substr(0, 23), "1: Re/kO 100, 2: off, 3");
+    master.wait(1);
+    EXPECT_EQ(alarms(master), "1: Re/kO 40, ");
+    EXPECT_EQ(write(master, 8, "0"), "");
+    EXPECT_EQ(ask(master, {":TRSH? 3", ":TRSH? 12"}), "offoff");
+    EXPECT_EQ(write(master, 12, "60"), "error 3") << "only a measurement that is on has thresholds";
+    EXPECT_EQ(ask(master, ":TRSH? 2"), "Re/kO 50") << "something has to watch the installation";
+    master.wait(1);
+    EXPECT_EQ(alarms(master), "1: Re/kO 40, 2: Re/kO 40, ");
+    EXPECT_EQ(ask(master, {":CAN 8", ":TRSH 600", ":TRSH? 12"}), "Ze/kO 50");
+    EXPECT_EQ(ask(master, ":TRSH? 2"), "off") << "as it was before";
+    EXPECT_EQ(ask(master, {":CAN 2", ":TRSH 30", ":TRSH? 2"}), "Re/kO 30");
+    EXPECT_EQ(registerOf(master, 3006), 1);
+}
+
+TEST(KdlParameters, FaultMemoryAndRelaysHaveCommandsOfTheirOwn) {
+    const std::pair<const char*, const char*> rows[] = {
+        {":MEM?", "off 0"},    {":MEMRY 1", ""},    {":MEM?", "on 1"},       {":MEMRY 2", "error 3"},
+        {":REL? 0", "no 0"},   {":REL? 1", "no 0"}, {":RELNC 1", ""},        {":REL? 0", "no 0"},
+        {":REL? 1", "nc 1"},   {":RELNC 0", ""},    {":RELNO 1", ""},        {":REL? 0", "nc 1"},
+        {":REL? 1", "no 0"},   {":MEM?", "on 1"},   {":RELNO 2", "error 3"}, {":REL?", "error 1"},
+        {":REL? 2", "error 3"}};
+    Master master(onKdl());
+    for (const auto& [command, answer] : rows) {
+        EXPECT_EQ(ask(master, command), answer) << command;
+        const std::string text = valueText(answer);
+        EXPECT_TRUE(text == "?" || text == std::string(answer).substr(std::strlen(answer) - 2)) << answer;
+    }
+    EXPECT_EQ(registerOf(master, 3012), 1);
+    EXPECT_EQ(registerOf(master, 3013), 1);
+    EXPECT_EQ(registerOf(master, 3014), 0);
+}
+
+TEST(KdlParameters, TheInterfaceFollowsAfterTheAcknowledgement) {
+    LineOptions options = onKdl();
+    options.pace = true;
+    options.device.parity = 0;
+    Master master(options);
+    EXPECT_EQ(write(master, 14, "90"), "") << "still from the old address";
+    EXPECT_EQ(ask(master, ":MEM?"), "?");
+    EXPECT_EQ(send(master, requestText(":TRSH? 14", "090")).substr(0, 14), "=;090:Adr= 90&");
+    EXPECT_EQ(send(master, requestText(":CAN 14", "090")).substr(0, 7), "=;090:&");
+    EXPECT_EQ(send(master, requestText(":TRSH 3", "090")).substr(0, 7), "=;090:&");
+    EXPECT_EQ(ask(master, {":CAN 15", ":TRSH 0", ":TRSH? 15"}), "dig 0");
+    EXPECT_EQ(write(master, 15, "5"), "");
+    EXPECT_EQ(ask(master, ":MEM?"), "?");
+    master.wait(1);
+    const Time before = master.now;
+    EXPECT_EQ(master.read(3016), 5);
+    const Time perCharacter = Time(1s) * 11 / 19200;
+    EXPECT_EQ(master.now - before, 15 * perCharacter + 5ms + 50ms) << "parity even";
+    EXPECT_EQ(master.read(3017), 2);
+}
+
+TEST(KdlCommands, ShowInTheMonitorForAsLongAsTheyLast) {
+    Master master(onKdl());
+    EXPECT_EQ(ask(master, {":TESTI", ":ALMN?"}), "n=/TI");
+    master.wait(6);
+    EXPECT_EQ(ask(master, ":ALMN?"), "n= 0");
+    EXPECT_EQ(ask(master, {":KAL", ":BTR? 1"}), "no 0");
+    master.wait(11);
+    EXPECT_TRUE(ask(master, ":BTR? 1").starts_with("Re/kO "));
+
+    pinHealthy(master);
+    EXPECT_EQ(ask(master, ":MEMRY 1"), "");
+    pin(master, Insulation, 80e3F);
+    EXPECT_EQ(ask(master, ":ALMCL"), "");
+    EXPECT_EQ(alarms(master), "1: Re/kO 80, ") << "the fault is still there";
+    pin(master, Insulation, 250e3F);
+    EXPECT_EQ(alarms(master), "1: Re/kO 250, ") << "latched";
+    EXPECT_EQ(ask(master, ":ALMCL"), "");
+    EXPECT_EQ(alarms(master), "");
+    pin(master, Insulation, 80e3F);
+    EXPECT_EQ(alarms(master), "1: Re/kO 80, ") << "a new fault";
 }
 
 TEST(KdlMonitor, OperatingValuesStandWhereTheTypeHasThem) {

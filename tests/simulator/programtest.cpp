@@ -85,6 +85,13 @@ class Process {
     FileDescriptor output_;
 };
 
+void setRate(const FileDescriptor& port, speed_t rate) {
+    termios settings{};
+    tcgetattr(port.get(), &settings);
+    cfsetspeed(&settings, rate);
+    tcsetattr(port.get(), TCSANOW, &settings);
+}
+
 // A port opened the way a serial program does: exclusive and at 9600 bit/s.
 FileDescriptor openPort(const fs::path& path) {
     FileDescriptor port(::open(path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
@@ -98,8 +105,8 @@ FileDescriptor openPort(const fs::path& path) {
 }
 
 // Fewer bytes than wanted mean that no more came.
-Bytes transact(int fd, std::size_t wanted, int timeout = patience) {
-    EXPECT_EQ(::write(fd, nameRequest.data(), nameRequest.size()), static_cast<ssize_t>(nameRequest.size()));
+Bytes transact(int fd, std::size_t wanted, int timeout = patience, const Bytes& request = nameRequest) {
+    EXPECT_EQ(::write(fd, request.data(), request.size()), static_cast<ssize_t>(request.size()));
     Bytes reply;
     pollfd source{fd, POLLIN, 0};
     while (reply.size() < wanted && ::poll(&source, 1, timeout) > 0) {
@@ -174,16 +181,37 @@ TEST_F(Program, ServesOneUserAfterTheOtherAndLeavesNothing) {
         EXPECT_EQ(exclusive, 0) << "the next user would be locked out";
     }
     const FileDescriptor port = openPort(link());
-    termios settings{};
-    tcgetattr(port.get(), &settings);
-    cfsetspeed(&settings, B19200);
-    tcsetattr(port.get(), TCSANOW, &settings);
+    setRate(port, B19200);
     EXPECT_EQ(transact(port.get(), 1, 100), Bytes()) << "at another rate it understands nothing";
     simulator.signal(SIGTERM);
     rusage usage{};
     EXPECT_EQ(simulator.wait(&usage), 0);
     EXPECT_LT(usage.ru_utime.tv_sec, 1);
     EXPECT_FALSE(fs::exists(fs::symlink_status(link())));
+}
+
+TEST_F(Program, ChangesBetweenItsBusesWhileItRuns) {
+    Process simulator({"--link", link().string(), "--pace", "--baud", "19200"});
+    ASSERT_FALSE(simulator.readUntil("No faults on the line.\n").empty());
+    const FileDescriptor port = openPort(link());
+    const auto ask = [&](const std::string& text, const std::string& reply) {
+        const std::string frame = ":;003" + text + "&";
+        const std::string request = frame + kdlTrailer(frame) + "\r\n";
+        const std::string whole = kdlReply(3, reply);
+        const Bytes received = transact(port.get(), whole.size(), patience, {request.begin(), request.end()});
+        EXPECT_EQ(std::string(received.begin(), received.end()), whole) << text;
+    };
+    for (int round = 0; round < 2; ++round) {
+        setRate(port, B19200);
+        EXPECT_EQ(transact(port.get(), nameReply.size()), nameReply);
+        const Bytes leave = withCrc(hex("03 10 0B C8 00 01 02 00 00"));
+        const Bytes left = withCrc(hex("03 10 0B C8 00 01"));
+        EXPECT_EQ(transact(port.get(), left.size(), patience, leave), left);
+        setRate(port, B9600);
+        ask(":TRSH? 15", "dig 0");
+        ask(":CAN 15", "");
+        ask(":TRSH 5", "");
+    }
 }
 
 TEST_F(Program, ComesBackBehindTheSameLinkAfterAHangUp) {
