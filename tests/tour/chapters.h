@@ -18,5 +18,9 @@ void battery(Tour& tour);
 /// The parameter editor, at devices of four types; starts without a chosen profile.
 void parameters(Tour& tour);
 
+/// The monitor of a device on COM1, until the tour's folder holds a file "stop"; there it leaves "polling"
+/// once values come, and in "terminal.txt" what the terminal window then holds: lines, bytes, empty lines.
+void soak(Tour& tour);
+
 /// The end, from the menu.
 void endProgram(Tour& tour);

@@ -49,7 +49,7 @@ class Tour {
 
     /// Runs in the program's thread and gives back the result.
     template <class Function>
-    auto inProgram(Function function) {
+    static auto inProgram(Function function) {
         std::invoke_result_t<Function> result{};
         QMetaObject::invokeMethod(
             qApp, [&] { result = function(); }, Qt::BlockingQueuedConnection);

@@ -11,14 +11,22 @@
 
 namespace {
 
+void allWindows(Tour& tour) {
+    mainJob(tour);
+    registerTools(tour);
+    kdlBus(tour);
+    battery(tour);
+    parameters(tour);
+}
+
 void runTour() {
     try {
         Tour tour(qEnvironmentVariable("TOUR_FOLDER"));
-        mainJob(tour);
-        registerTools(tour);
-        kdlBus(tour);
-        battery(tour);
-        parameters(tour);
+        if (qEnvironmentVariable("TOUR_CHAPTER") == QStringLiteral("soak")) {
+            soak(tour);
+        } else {
+            allWindows(tour);
+        }
         endProgram(tour);
     } catch (const std::exception& failure) {
         std::printf("\n  FAILED: %s\n", failure.what());
