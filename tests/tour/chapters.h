@@ -18,6 +18,13 @@ void battery(Tour& tour);
 /// The parameter editor, at devices of four types; starts without a chosen profile.
 void parameters(Tour& tour);
 
+/// The parameter editor and the commands over the KDL bus; its last step switches the device to Modbus RTU,
+/// with which the program ends.
+void kdlDeviceWork(Tour& tour);
+
+/// The same device over Modbus RTU, in another run of the program.
+void modbusDeviceWork(Tour& tour);
+
 /// The monitor of a device on COM1, until the tour's folder holds a file "stop"; there it leaves "polling"
 /// once values come, and in "terminal.txt" what the terminal window then holds: lines, bytes, empty lines.
 void soak(Tour& tour);

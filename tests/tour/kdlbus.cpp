@@ -67,6 +67,19 @@ void watchRows(Tour& tour) {
     tour.picture(u"frmModBusTerminal"_s, u"kdl-terminal.png"_s);
 }
 
+void resetAll(Tour& tour) {
+    tour.step(u"FACT All over KDL: the device is on Modbus RTU again, as it left the factory"_s);
+    tour.menu({u"Start"_s, u"Geräte"_s, u"Monitor"_s});
+    tour.press(u"cmdFACTall"_s);
+    tour.answer(u"Hinweis"_s,
+                u"Das Geräte wurde auf die Werkseinstellungen (alle Parameter) zurückgesetzt."_s,
+                QMessageBox::Ok);
+    tour.press(u"cmdClose"_s);
+    tour.waitFor(u"the monitor closes"_s, [] { return Tour::find(u"frmMbMonitor"_s) == nullptr; });
+    chooseInterface(tour, {2, 3});
+    findDevice(tour, 3, u"vekQA731-K75-2"_s);
+}
+
 }  // namespace
 
 void kdlBus(Tour& tour) {
@@ -74,6 +87,7 @@ void kdlBus(Tour& tour) {
     chooseKdl(tour);
     searchDevice(tour);
     watchRows(tour);
+    resetAll(tour);
 }
 
 void endProgram(Tour& tour) {

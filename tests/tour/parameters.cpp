@@ -1,7 +1,7 @@
 #include <QAbstractButton>
-#include <QProgressBar>
 
 #include "chapters.h"
+#include "steps.h"
 #include "tour.h"
 
 namespace {
@@ -14,26 +14,10 @@ struct Device {
     QString name;
 };
 
-/// While no profile is chosen, the interface dialog has nowhere to store its three settings.
-void chooseInterface(Tour& tour, int port, bool storable) {
-    tour.menu({u"Einstellungen"_s, u"Schnittstelle"_s});
-    tour.press(u"optCom_%1"_s.arg(port - 1));
-    tour.press(u"optBaud_3"_s);
-    tour.press(u"opt8e1"_s);
-    tour.press(u"btnOk"_s);
-    for (int setting = 0; setting < 3 && !storable; ++setting) {
-        tour.answer(u"Fehler"_s, u"Keine gültige Parameter-Datei vorhanden"_s, QMessageBox::Ok);
-    }
-    tour.expectText(u"sbStatusBar_1"_s, u"ModBus RTU-Port = COM%1, 9600,e,8,1"_s.arg(port));
-}
-
 void openEditor(Tour& tour, const Device& device, bool storable) {
     tour.step(u"%1 at COM%2, address 3"_s.arg(device.name).arg(device.port));
-    chooseInterface(tour, device.port, storable);
-    tour.menu({u"Einstellungen"_s, u"Geräteadresse"_s});
-    tour.type(u"cmbGeraeteAdresse"_s, u"3"_s);
-    tour.press(u"btnÜbernehmen"_s);
-    tour.answer(u"Hinweis"_s, u"Das Gerät %1 wurde gefunden!"_s.arg(device.name), QMessageBox::Ok);
+    chooseInterface(tour, {device.port, 3, storable});
+    findDevice(tour, 3, device.name);
 
     tour.step(u"Start > Geräte > Parameter reads the device"_s);
     tour.menu({u"Start"_s, u"Geräte"_s, u"Parameter"_s});
@@ -46,22 +30,6 @@ void openEditor(Tour& tour, const Device& device, bool storable) {
 void closeEditor(Tour& tour) {
     tour.press(u"cmdClose"_s);
     tour.waitFor(u"the editor closes"_s, [] { return Tour::find(u"frmMbParameter"_s) == nullptr; });
-}
-
-/// Whatever is asked next is answered after the writing, which handles no events.
-void setParameters(Tour& tour) {
-    tour.press(u"cmdWritePara"_s);
-    tour.waitFor(u"all parameters are written"_s, [] {
-        const auto* bar = qobject_cast<QProgressBar*>(Tour::find(u"prgFortschritt"_s));
-        return bar->value() == bar->maximum();
-    });
-    tour.saw(u"\"Parameter setzen\" has run"_s);
-}
-
-void readParameters(Tour& tour) {
-    tour.press(u"cmdReadPara"_s);
-    tour.waitFor(u"all parameters are read"_s, [] { return Tour::find(u"cmdReadPara"_s)->isEnabled(); });
-    tour.saw(u"\"Parameter auslesen\" has run"_s);
 }
 
 void expectSet(Tour& tour, const QString& option) {

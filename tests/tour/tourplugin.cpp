@@ -1,6 +1,9 @@
 #include "tourplugin.h"
 
 #include <QObject>
+#include <QString>
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -11,23 +14,39 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 void allWindows(Tour& tour) {
     mainJob(tour);
     registerTools(tour);
     kdlBus(tour);
     battery(tour);
     parameters(tour);
+    kdlDeviceWork(tour);
 }
 
+void secondRun(Tour& tour) {
+    modbusDeviceWork(tour);
+    endProgram(tour);
+}
+
+void longRun(Tour& tour) {
+    soak(tour);
+    endProgram(tour);
+}
+
+/// One run of the program.
+struct Run {
+    QString name;
+    void (*chapters)(Tour&);
+};
+
 void runTour() {
+    const std::array<Run, 3> runs = {{{{}, allWindows}, {u"second"_s, secondRun}, {u"soak"_s, longRun}}};
+    const QString chosen = qEnvironmentVariable("TOUR_CHAPTER");
     try {
         Tour tour(qEnvironmentVariable("TOUR_FOLDER"));
-        if (qEnvironmentVariable("TOUR_CHAPTER") == QStringLiteral("soak")) {
-            soak(tour);
-        } else {
-            allWindows(tour);
-        }
-        endProgram(tour);
+        std::ranges::find(runs, chosen, &Run::name)->chapters(tour);
     } catch (const std::exception& failure) {
         std::printf("\n  FAILED: %s\n", failure.what());
         std::fflush(stdout);
