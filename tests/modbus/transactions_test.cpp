@@ -2,6 +2,7 @@
 
 #include "modbus/ModBusLink1.h"
 #include "support/hexbytes.h"
+#include "support/shown.h"
 #include "support/testprogram.h"
 
 namespace vek {
@@ -40,15 +41,6 @@ class Transactions : public testing::Test {
         return result;
     }
 
-    std::vector<std::string> logTexts() const {
-        std::vector<std::string> texts;
-        for (std::uint64_t index = 0; index < test.program.terminalLog.lineCount(); ++index) {
-            const bool sent = test.program.terminalLog.line(index).color == LogColor::Black;
-            texts.push_back((sent ? "black " : "red ") + test.program.terminalLog.text(index));
-        }
-        return texts;
-    }
-
     TestProgram test;
     Milliseconds took{};
 };
@@ -64,10 +56,11 @@ TEST_F(Transactions, SendOneFrameAndReturnTheWholeReply) {
     EXPECT_EQ(write(), acknowledged);
     EXPECT_EQ(test.serial.written, (std::vector<Bytes>{fromHex("03 03 26 5C 00 01 4E B2"),
                                                        fromHex("03 10 1F 40 00 01 02 71 6F 3B 4D")}));
-    EXPECT_EQ(logTexts(), (std::vector<std::string>{"black 0303265C00014EB2",
-                                                    "red 030302"
-                                                    "1234CCF3",
-                                                    "black 03101F40000102716F3B4D", "red 03101F400001062B"}));
+    EXPECT_EQ(logLines(test.program.terminalLog),
+              (std::vector<std::string>{"black 0303265C00014EB2",
+                                        "red 030302"
+                                        "1234CCF3",
+                                        "black 03101F40000102716F3B4D", "red 03101F400001062B"}));
     EXPECT_EQ(test.desktop.eventRounds, 0) << "no event may run inside a transaction";
     EXPECT_TRUE(test.desktop.boxes.empty());
 }
@@ -77,7 +70,8 @@ TEST_F(Transactions, SilenceCostsTheTimeOutFromTheMomentTheFrameIsOut) {
     test.clock.advance(Milliseconds{5});
     EXPECT_EQ(read(1), "CRC_TIMEOUT") << "stale input is thrown away";
     EXPECT_EQ(took, Milliseconds{1000});
-    EXPECT_EQ(logTexts(), (std::vector<std::string>{"black 0303265C00014EB2", "red "}));
+    EXPECT_EQ(logLines(test.program.terminalLog),
+              (std::vector<std::string>{"black 0303265C00014EB2", "red "}));
 
     test.serial.sendTime = Milliseconds{70};
     EXPECT_EQ(read(1), "CRC_TIMEOUT");

@@ -3,9 +3,11 @@
 #include <initializer_list>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/color.h"
 #include "platform/controls.h"
+#include "platform/logstore.h"
 
 namespace vek {
 
@@ -29,6 +31,16 @@ inline char colorLetter(const Color& color) {
         }
     }
     return '-';
+}
+
+/// The lines of the terminal with their colours: "black 0303265C00014EB2".
+inline std::vector<std::string> logLines(const LogStore& log) {
+    std::vector<std::string> lines;
+    for (std::uint64_t index = 0; index < log.lineCount(); ++index) {
+        constexpr const char* names[] = {"black ", "red ", "blue "};
+        lines.push_back(names[static_cast<int>(log.line(index).color)] + log.text(index));
+    }
+    return lines;
 }
 
 }  // namespace vek
