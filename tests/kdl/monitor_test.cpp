@@ -238,7 +238,7 @@ TEST(KdlMonitor, TheProgramMayEndAndTheWindowMayCloseAtAnyMoment) {
             EXPECT_TRUE(rig.test.desktop.boxes.empty());
             if (happened) {
                 EXPECT_LE(rig.device.commands.size(), ends ? 0U : 6U) << "identification and a row at most";
-                EXPECT_EQ(rig.test.serial.isOpen(), ends);
+                EXPECT_TRUE(ends || !rig.test.serial.isOpen());
             }
         }
         EXPECT_GT(moment, 16 * 3);
