@@ -81,10 +81,6 @@ PortError probePort(Program& program, int n) {
     return error;
 }
 
-bool PortExists(Program& program, int n) {
-    return probePort(program, n) == PortError::None;
-}
-
 Bytes SendReadRequest(Program& program, std::uint8_t slave, std::uint16_t startRegister,
                       std::uint16_t count) {
     return transact(program, {slave, functionReadHoldingRegisters, readRequest(slave, startRegister, count),

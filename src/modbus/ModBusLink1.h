@@ -20,9 +20,6 @@ void ClosePort(Program& program);
 /// Tries to open port n (1 to 16) and closes it again; says why it cannot be opened.
 PortError probePort(Program& program, int n);
 
-/// Whether port n can be opened at the moment.
-bool PortExists(Program& program, int n);
-
 /// One read transaction (function 03). The whole reply frame, "CRC_TIMEOUT", or "EXCEP_" with the exception
 /// code.
 Bytes SendReadRequest(Program& program, std::uint8_t slave, std::uint16_t startRegister, std::uint16_t count);

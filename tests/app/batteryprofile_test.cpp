@@ -69,21 +69,19 @@ TEST(BatteryProfile, AfterTheBatteryMonitorTheSettingsFileIsOutOfReach) {
 }
 
 TEST(BatteryProfile, TheOtherBusAndOtherTypesHaveTheOrdinaryMonitor) {
-    struct Row {
-        std::uint8_t type;
-        const char* frame;
-        const char* window;
-    };
-    for (const Row& row : {Row{9, ",e,8,1", "frmBatMonitor"}, Row{9, "", "frmBatMonitor"},
-                           Row{9, ",e,7,1", "frmMbMonitor"}, Row{8, ",e,8,1", "frmMbMonitor"}}) {
+    const std::tuple<std::uint8_t, const char*, const char*> rows[] = {{9, ",e,8,1", "frmBatMonitor"},
+                                                                       {9, "", "frmBatMonitor"},
+                                                                       {9, ",e,7,1", "frmMbMonitor"},
+                                                                       {8, ",e,8,1", "frmMbMonitor"}};
+    for (const auto& [type, frame, opened] : rows) {
         TestProgram test;
         auto& main = test.open<frmModBus>();
         test.configure();
         test.program.KdlAddressPrefix = ":;003";
-        test.program.DeviceType = row.type;
-        test.program.FrameFormat = row.frame;
+        test.program.DeviceType = type;
+        test.program.FrameFormat = frame;
         main.Toolbar1.buttonClick("DEV_MONITOR");
-        EXPECT_NE(test.program.windows.find(row.window), nullptr) << int{row.type} << row.frame;
+        EXPECT_NE(test.program.windows.find(opened), nullptr) << int{type} << frame;
     }
 }
 

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <initializer_list>
 #include <limits>
 #include <ostream>
 
@@ -15,23 +14,9 @@ void PrintTo(const FaultPosition& shown, std::ostream* stream) {
 
 namespace {
 
-struct Case {
-    std::optional<double> percent;
-    double kiloOhms;
-    std::uint8_t type;
-    FaultPosition shown;
-};
-
-void expectShown(std::initializer_list<Case> cases) {
-    for (const Case& c : cases) {
-        EXPECT_EQ(faultPosition(c.percent, c.kiloOhms, c.type), c.shown)
-            << "at " << c.percent.value_or(0) << " % with " << c.kiloOhms << " kOhm, type " << int{c.type};
-    }
-}
-
 TEST(FaultPosition, SplitsTheResistanceBetweenTheSides) {
-    expectShown({
-        {0, 100, 1, {0, "~", "200", "200"}},
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();
+    const std::tuple<std::optional<double>, double, int, FaultPosition> cases[] = {
         {50, 100, 1, {50, "+", "400", "133"}},
         {-50, 100, 1, {-50, "-", "133", "400"}},
         {0, 0, 1, {0, "~", "0", "0"}},
@@ -40,30 +25,23 @@ TEST(FaultPosition, SplitsTheResistanceBetweenTheSides) {
         // exactly 2.5 and 3.5 on the negative side: halves go to the even neighbour
         {60, 0.5, 1, {60, "+", "2", "1"}},
         {60, 0.7, 1, {60, "+", "4", "1"}},
-        {std::nullopt, 100, 1, {0, "~", "---", "---"}},
-    });
-}
-
-TEST(FaultPosition, SignOnlyOffTheMiddle) {
-    expectShown({
+        // a sign only off the middle
         {15, 0, 1, {15, "~", "0", "0"}},
         {-15, 0, 1, {-15, "~", "0", "0"}},
-        {16, 0, 1, {16, "+", "0", "0"}},
-        {-16, 0, 1, {-16, "-", "0", "0"}},
         {15.5, 0, 1, {16, "+", "0", "0"}},
-    });
-}
-
-TEST(FaultPosition, EndsOfTheBar) {
-    expectShown({
-        {100, 70, 1, {100, "+", ">4000", "70"}},
-        {-100, 70, 10, {-100, "-", "70", ">2000"}},
+        {-16, 0, 1, {-16, "-", "0", "0"}},
+        // the ends of the bar, and further out
         {100, 0, 8, {100, "+", ">1000", "0"}},
-        // further out than the bar
+        {-100, 70, 10, {-100, "-", "70", ">2000"}},
         {120, 70, 1, {100, "+", ">4000", "70"}},
         {-1e30, 70, 1, {-100, "-", "70", ">4000"}},
-        {std::numeric_limits<double>::quiet_NaN(), 70, 1, {0, "~", "---", "---"}},
-    });
+        {std::nullopt, 100, 1, {0, "~", "---", "---"}},
+        {none, 70, 1, {0, "~", "---", "---"}},
+    };
+    for (const auto& [percent, kiloOhms, type, shown] : cases) {
+        EXPECT_EQ(faultPosition(percent, kiloOhms, static_cast<std::uint8_t>(type)), shown)
+            << percent.value_or(0) << " % of " << kiloOhms << " kOhm, type " << type;
+    }
 }
 
 TEST(FaultPosition, LimitsByDeviceType) {
@@ -73,13 +51,10 @@ TEST(FaultPosition, LimitsByDeviceType) {
         const std::string reached = limit != 0 ? ">" + std::to_string(limit) : "---";
         const std::string below = limit != 0 ? std::to_string(limit - 1) : "---";
         const double half = limit / 2.0;
-        expectShown({
-            {0, half, type, {0, "~", reached, reached}},
-            {0, half - 0.5, type, {0, "~", below, below}},
-            // rounds up to the limit, and so reaches it
-            {0, half - 0.2, type, {0, "~", reached, reached}},
-            {0, 1e35, type, {0, "~", reached, reached}},
-        });
+        EXPECT_EQ(faultPosition(0, half, type).rePositive, reached) << int{type};
+        EXPECT_EQ(faultPosition(0, half - 0.5, type).rePositive, below) << int{type};
+        EXPECT_EQ(faultPosition(0, half - 0.2, type).rePositive, reached) << int{type} << ", rounded up";
+        EXPECT_EQ(faultPosition(0, 1e35, type).reNegative, reached) << int{type};
         ++type;
     }
 }

@@ -28,68 +28,46 @@ TEST(KdlFrames, RequestsAreTheseBytes) {
     }
 }
 
-/// A text of one byte whose sum with the "&" leaves that checksum.
-Bytes textWithChecksum(unsigned checksum) {
-    return Bytes(1, static_cast<char>((2 * 256 - '&' - checksum) % 256));
-}
-
 TEST(KdlFrames, TrailersOfAllChecksums) {
-    const std::map<unsigned, std::string> borders = {
-        {0, "dZB"},  {56, "dZz"},  {57, "zzE"},  {110, "zzz"}, {111, "(G"},
-        {160, "(x"}, {161, "00A"}, {214, "00v"}, {215, "KKA"}, {255, "KKi"},
-    };
-    std::size_t bordersSeen = 0;
+    const std::map<unsigned, std::string> borders = {{0, "dZB"},   {56, "dZz"}, {57, "zzE"},  {110, "zzz"},
+                                                     {111, "(G"},  {160, "(x"}, {161, "00A"}, {214, "00v"},
+                                                     {215, "KKA"}, {255, "KKi"}};
     for (unsigned checksum = 0; checksum < 256; ++checksum) {
-        const Bytes frame = framed(textWithChecksum(checksum));
-        ASSERT_GE(frame.size(), 6U);
-        ASSERT_EQ(frame.substr(frame.size() - 2), "\r\n");
-        const std::string summed = frame.substr(0, frame.size() - 2);
-        EXPECT_EQ(codeSum(summed) % 256, 0U) << checksum;
-        ASSERT_EQ(summed[1], '&');
-        const std::string trailer = summed.substr(2);
+        // A text of one byte whose sum with the "&" leaves that checksum.
+        const Bytes frame = framed(Bytes(1, static_cast<char>((2 * 256 - '&' - checksum) % 256)));
+        ASSERT_TRUE(frame.size() >= 6 && frame[1] == '&' && frame.ends_with("\r\n")) << checksum;
+        const std::string trailer = frame.substr(2, frame.size() - 4);
         EXPECT_EQ(codeSum(trailer) % 256, checksum);
         for (const char c : trailer) {
             EXPECT_TRUE(c > ' ' && c <= 'z' && c != '&') << checksum << ' ' << trailer;
         }
         if (const auto border = borders.find(checksum); border != borders.end()) {
             EXPECT_EQ(trailer, border->second) << checksum;
-            ++bordersSeen;
         }
     }
-    EXPECT_EQ(bordersSeen, borders.size());
 }
 
 TEST(KdlFrames, PrefixesOfAddressTexts) {
     const std::pair<const char*, std::optional<std::string>> cases[] = {
-        {"1", ":;001"},         {"12", ":;012"},        {"123", ":;123"},       {"0", ":;000"},
-        {" 7", ":;007"},        {"     90", ":;090"},   {"12a", ":;12a"},       {"5 ", ":;05 "},
-        {"", std::nullopt},     {"    ", std::nullopt}, {"1234", std::nullopt}, {"0012", std::nullopt},
-        {"247 ", std::nullopt},
-    };
+        {"1", ":;001"},         {"12", ":;012"},       {"247", ":;247"},   {"     90", ":;090"},
+        {"12a", ":;12a"},       {"5 ", ":;05 "},       {"", std::nullopt}, {"    ", std::nullopt},
+        {"0012", std::nullopt}, {"247 ", std::nullopt}};
     for (const auto& [text, prefix] : cases) {
         EXPECT_EQ(kdlPrefix(text), prefix) << '"' << text << '"';
     }
 }
 
 TEST(KdlFrames, ThePayloadStandsBetweenTheSixthCharacterAndTheFirstAmpersand) {
-    const std::pair<const char*, const char*> cases[] = {
-        {"", ""},
-        {"&", "&"},
-        {"abc", "abc"},
-        {"abcdefgh", "abcdefgh"},
-        {"&bcdefgh", "&bcdefgh"},
-        {"a&cdefgh", "a&cdefgh"},
-        {"ab&defgh", "ab&defgh"},
-        {"abc&efgh", "abc&efgh"},
-        {"abcd&fgh", "abcd&fgh"},
-        {"abcde&gh", "abcde&gh"},
-        {"abcdef&h", ""},
-        {"abcdefg&", "g"},
-        {"abcdefgh&dZB", "gh"},
-        {"abcdefgh&&d&", "gh"},
-        {"ab&defgh&dZB", "ab&defgh&dZB"},
-        {"abcdef\r\n\xFF&(G", "\r\n\xFF"},
-    };
+    const std::pair<const char*, const char*> cases[] = {{"", ""},
+                                                         {"&", "&"},
+                                                         {"abcdefgh", "abcdefgh"},
+                                                         {"a&cdefgh", "a&cdefgh"},
+                                                         {"abcde&gh", "abcde&gh"},
+                                                         {"abcdef&h", ""},
+                                                         {"abcdefg&", "g"},
+                                                         {"abcdefgh&&d&", "gh"},
+                                                         {"ab&defgh&dZB", "ab&defgh&dZB"},
+                                                         {"abcdef\r\n\xFF&(G", "\r\n\xFF"}};
     for (const auto& [reply, payload] : cases) {
         EXPECT_EQ(kdlPayload(reply), payload) << reply;
     }

@@ -22,34 +22,15 @@ class PosixProfileFilesTest : public testing::Test {
     std::size_t entryCount() const {
         return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.path()), {}));
     }
-    static mode_t modeOf(const std::string& path) {
+    static struct stat stateOf(const std::string& path) {
         struct stat state {};
-        return ::stat(path.c_str(), &state) == 0 ? state.st_mode & mode_t{07777} : 0;
+        EXPECT_EQ(::stat(path.c_str(), &state), 0) << path;
+        return state;
     }
 
     TemporaryFolder folder;
     std::string path = folder.file("Einstellungen.ini");
     PosixProfileFiles files;
-};
-
-/// Lets no file of this process grow beyond a size: a disk that is full.
-class FullDisk {
-  public:
-    explicit FullDisk(rlim_t size) : oldHandler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &oldLimit_);
-        const rlimit limit{size, oldLimit_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FullDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &oldLimit_);
-        std::signal(SIGXFSZ, oldHandler_);
-    }
-    FullDisk(const FullDisk&) = delete;
-    FullDisk& operator=(const FullDisk&) = delete;
-
-  private:
-    rlimit oldLimit_{};
-    void (*oldHandler_)(int);
 };
 
 TEST_F(PosixProfileFilesTest, CreatesChangesAndReadsAFile) {
@@ -62,28 +43,22 @@ TEST_F(PosixProfileFilesTest, CreatesChangesAndReadsAFile) {
     EXPECT_EQ(entryCount(), 1U);
 }
 
-TEST_F(PosixProfileFilesTest, KeepsPermissionsAndOwner) {
+TEST_F(PosixProfileFilesTest, KeepsPermissionsAndOwnerAndGivesNewFilesTheUsualOnes) {
     putBytes(path, "");
     ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
     const bool given = ::chown(path.c_str(), 12345, 23456) == 0;
     EXPECT_TRUE(files.write(path, port));
-    EXPECT_EQ(modeOf(path), 0640U);
+    EXPECT_EQ(stateOf(path).st_mode & 07777U, 0640U);
     if (given) {
-        struct stat state {};
-        ASSERT_EQ(::stat(path.c_str(), &state), 0);
-        EXPECT_EQ(state.st_uid, 12345U);
-        EXPECT_EQ(state.st_gid, 23456U);
+        EXPECT_EQ(stateOf(path).st_uid, 12345U);
+        EXPECT_EQ(stateOf(path).st_gid, 23456U);
     }
-}
-
-TEST_F(PosixProfileFilesTest, NewFilesFollowTheMaskAndTheFolder) {
     const mode_t mask = ::umask(027);
-    EXPECT_TRUE(files.write(path, port));
-    EXPECT_EQ(modeOf(path), 0640U);
+    EXPECT_TRUE(files.write(folder.file("new.ini"), port));
+    EXPECT_EQ(stateOf(folder.file("new.ini")).st_mode & 07777U, 0640U);
     ASSERT_EQ(::chmod(folder.path().c_str(), 02775), 0);
-    const std::string shared = folder.file("shared.ini");
-    EXPECT_TRUE(files.write(shared, port));
-    EXPECT_EQ(modeOf(shared), 0660U);
+    EXPECT_TRUE(files.write(folder.file("shared.ini"), port));
+    EXPECT_EQ(stateOf(folder.file("shared.ini")).st_mode & 07777U, 0660U);
     ::umask(mask);
 }
 
@@ -119,11 +94,16 @@ TEST_F(PosixProfileFilesTest, RefusesWhatIsNoRegularFile) {
 
 TEST_F(PosixProfileFilesTest, AFullDiskLeavesTheOldFileAndNoOther) {
     putBytes(path, "[RS485]\r\nCOM=5\r\n");
-    {
-        const FullDisk disk(20);
-        EXPECT_FALSE(files.write(path, {{"RS485", "FRAME", ",e,8,1"}}));
-        EXPECT_FALSE(files.write(folder.file("new.ini"), port));
-    }
+    // No file of this process may grow beyond 20 bytes for a moment.
+    rlimit before{};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit full{20, before.rlim_max};
+    auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
+    ::setrlimit(RLIMIT_FSIZE, &full);
+    EXPECT_FALSE(files.write(path, {{"RS485", "FRAME", ",e,8,1"}}));
+    EXPECT_FALSE(files.write(folder.file("new.ini"), port));
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
     EXPECT_EQ(bytesOf(path), "[RS485]\r\nCOM=5\r\n");
     EXPECT_EQ(entryCount(), 1U);
 }
