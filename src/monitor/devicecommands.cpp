@@ -95,8 +95,7 @@ bool confirmed(Program& program) {
 }  // namespace
 
 void runDeviceCommand(Program& program, DeviceCommand command) {
-    const LineUse line(program);
-    if (!line || (command == DeviceCommand::Calibrate && !confirmed(program))) {
+    if (command == DeviceCommand::Calibrate && !confirmed(program)) {
         return;
     }
     const CommandRow& row = rowOf(command);

@@ -23,12 +23,16 @@ constexpr std::array<std::size_t, 6> switchedIndicators = {1, 4, 5, 6, 7, 8};
 
 frmMbMonitor::frmMbMonitor(Program& program) : MonitorForm(program, "frmMbMonitor", slotCount, "Stop") {
     styleFields();
-    cmdRunMonitor.click = [this] { runMonitor(); };
-    cmdCal.click = [this] { runDeviceCommand(program_, DeviceCommand::Calibrate); };
-    cmdTest.click = [this] { runDeviceCommand(program_, DeviceCommand::SelfTest); };
-    cmdCLR.click = [this] { runDeviceCommand(program_, DeviceCommand::ClearFaults); };
-    cmdFACT.click = [this] { runDeviceCommand(program_, DeviceCommand::FactorySettings); };
-    cmdFACTall.click = [this] { runDeviceCommand(program_, DeviceCommand::FactorySettingsAll); };
+    cmdRunMonitor.click = [this] { useLine([this] { runMonitor(); }); };
+    cmdCal.click = [this] { useLine([this] { runDeviceCommand(program_, DeviceCommand::Calibrate); }); };
+    cmdTest.click = [this] { useLine([this] { runDeviceCommand(program_, DeviceCommand::SelfTest); }); };
+    cmdCLR.click = [this] { useLine([this] { runDeviceCommand(program_, DeviceCommand::ClearFaults); }); };
+    cmdFACT.click = [this] {
+        useLine([this] { runDeviceCommand(program_, DeviceCommand::FactorySettings); });
+    };
+    cmdFACTall.click = [this] {
+        useLine([this] { runDeviceCommand(program_, DeviceCommand::FactorySettingsAll); });
+    };
 }
 
 void frmMbMonitor::styleFields() {
@@ -81,16 +85,21 @@ void frmMbMonitor::hideRowsFrom(std::size_t firstHidden) {
 }
 
 void frmMbMonitor::runMonitor() {
-    const LineUse line(program_);
-    if (!line) {
-        return;
-    }
-    enableCommands(false);
     if (program_.kdlActive()) {
         KdlRunMonitor(program_, *this);
     } else {
         runModbusPoll(program_, *this);
     }
+}
+
+/// Over the KDL bus a poll and a command both let the user's presses through.
+void frmMbMonitor::useLine(const std::function<void()>& operation) {
+    const LineUse line(program_);
+    if (!line) {
+        return;
+    }
+    enableCommands(false);
+    operation();
     enableCommands(true);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "kdl/kdlmonitor.h"
 #include "monitor/devicecommands.h"
 #include "monitor/monitorform.h"
@@ -45,6 +47,7 @@ class frmMbMonitor : public MonitorForm, private KdlMonitorView {
     void showSlotNames();
     void switchIndicators();
     void hideRowsFrom(std::size_t firstHidden);
+    void useLine(const std::function<void()>& operation);
     void runMonitor();
     void enableCommands(bool enabled);
 

@@ -127,6 +127,7 @@ TEST(DeviceCommands, OnKdlAnEmptyReplyIsTheAcknowledgement) {
             // Clicks while the reply is awaited do nothing.
             test.desktop.onEvents = [&] {
                 for (const Command& other : commands) {
+                    EXPECT_FALSE((monitor.*other.button).enabled);
                     (monitor.*other.button).click();
                 }
                 monitor.cmdRunMonitor.click();
