@@ -99,13 +99,14 @@ std::optional<bool> booleanValue(std::string_view text) {
     return number ? std::optional(*number != 0) : std::nullopt;
 }
 
-/// Sets the controls of one parameter from the file at ProfilePath.
+/// Sets the controls of one parameter from the file.
 struct LoadKind {
-    Program& program;
+    const ProfileSnapshot& file;
     C& controls;
     const ParameterRow& row;
+    std::uint8_t deviceType;
 
-    std::string value(const char* key) const { return GetProfileValue(program, key, row.section); }
+    std::string value(const char* key) const { return file.value(key, row.section); }
 
     /// Only 0 and 1 are a state; a missing value counts as 0.
     void loadFlag(CheckBox& box, const char* key) const {
@@ -131,7 +132,7 @@ struct LoadKind {
 
     void operator()(const AlarmMaskParameter& mask) const {
         for (std::size_t number = 1; number <= AlarmBoxes::count; ++number) {
-            loadFlag((controls.*mask.boxes)[number], alarmMeaning(program.DeviceType, number).fileKey);
+            loadFlag((controls.*mask.boxes)[number], alarmMeaning(deviceType, number).fileKey);
         }
     }
 };
@@ -179,8 +180,8 @@ std::vector<ProfileEntry> fileEntries(const Program& program, const C& controls)
 }
 
 /// Tells the user when the file is not one of the connected device.
-bool belongsToDevice(Program& program) {
-    const std::string name = GetProfileValue(program, nameKey, nameSection);
+bool belongsToDevice(Program& program, const ProfileSnapshot& file) {
+    const std::string name = file.value(nameKey, nameSection);
     if (name == program.DeviceName) {
         return true;
     }
@@ -212,7 +213,8 @@ void LoadParameterFile(Program& program, ParameterControls& controls) {
                                                .filterName = fileFilterName,
                                                .filePattern = filePattern,
                                                .purpose = FileDialog::Purpose::Open});
-    if (!belongsToDevice(program) || program.DeviceType == typeWithoutFile) {
+    const ProfileSnapshot file(program);
+    if (!belongsToDevice(program, file) || program.DeviceType == typeWithoutFile) {
         return;
     }
     const char* model = modelName(program.DeviceType);
@@ -221,7 +223,7 @@ void LoadParameterFile(Program& program, ParameterControls& controls) {
         return;
     }
     for (const ParameterRow* row : rowsInOrder(fileOrder(), program.DeviceType)) {
-        std::visit(LoadKind{program, controls, *row}, row->kind);
+        std::visit(LoadKind{file, controls, *row, program.DeviceType}, row->kind);
     }
     showNote(program, std::string("Geräte-Parameter für ") + model + " aus Parameter-Datei eingelesen.");
 }

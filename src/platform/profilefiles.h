@@ -19,11 +19,14 @@ class ProfileFiles {
   public:
     virtual ~ProfileFiles() = default;
 
+    /// The bytes of the file, for readProfileText(); "" when it is missing or unreadable.
+    virtual std::string text(const std::string& path) = 0;
+
     /// Value of the key, without blanks and tabs around it and without one pair of quotes (" or ') around the
     /// whole; "" when file, section or key is missing or unreadable. At most `maxBytes` bytes of the value as
     /// it stands on disk are returned.
-    virtual std::string read(const std::string& path, std::string_view section, std::string_view key,
-                             std::size_t maxBytes) = 0;
+    std::string read(const std::string& path, std::string_view section, std::string_view key,
+                     std::size_t maxBytes);
 
     /// Writes all entries in one atomic replacement of the file: afterwards it holds the old text or the
     /// whole new one. Everything else in the file stays byte for byte. Missing file, section or key is

@@ -84,12 +84,15 @@ void appendUtf8(std::string& text, char32_t character) {
 }
 
 char windows1252Byte(char32_t character) {
+    if (character < firstSpecial) {
+        return static_cast<char>(character);
+    }
     for (std::size_t i = 0; i < specials.size(); ++i) {
         if (specials[i] == character) {
             return static_cast<char>(firstSpecial + i);
         }
     }
-    const bool sameNumber = character < firstSpecial || (character >= 0xA0 && character <= 0xFF);
+    const bool sameNumber = character >= 0xA0 && character <= 0xFF;
     return sameNumber ? static_cast<char>(character) : '?';
 }
 

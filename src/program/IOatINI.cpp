@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/profiletext.h"
+
 namespace vek {
 
 namespace {
@@ -32,13 +34,21 @@ std::string settingsFilePath(Program& program) {
 }
 
 std::string GetProfileValue(Program& program, std::string_view key, std::string_view section) {
+    return ProfileSnapshot(program).value(key, section);
+}
+
+ProfileSnapshot::ProfileSnapshot(Program& program) {
     if (program.ProfilePath.empty()) {
         program.ProfilePath = program.DeviceName + ".GPM";
     }
+    text_ = program.profileFiles.text(program.ProfilePath);
+}
+
+std::string ProfileSnapshot::value(std::string_view key, std::string_view section) const {
     if (key.empty()) {
         return "";
     }
-    std::string value = program.profileFiles.read(program.ProfilePath, section, key, maximumValueLength);
+    std::string value = readProfileText(text_, section, key, maximumValueLength);
     std::erase(value, '\0');
     return value;
 }

@@ -19,6 +19,19 @@ std::string settingsFilePath(Program& program);
 /// ".GPM".
 std::string GetProfileValue(Program& program, std::string_view key, std::string_view section);
 
+/// The file at ProfilePath at one moment: values of it that belong together, whoever writes it meanwhile. An
+/// empty ProfilePath is treated as by GetProfileValue.
+class ProfileSnapshot {
+  public:
+    explicit ProfileSnapshot(Program& program);
+
+    /// As GetProfileValue.
+    std::string value(std::string_view key, std::string_view section) const;
+
+  private:
+    std::string text_;
+};
+
 /// Writes key=value into the section of the file at ProfilePath. Without a ProfilePath: a message and nothing
 /// is written. An empty key writes nothing. A file that cannot be written stays as it is.
 void SetProfileValue(Program& program, std::string_view key, std::string_view value,

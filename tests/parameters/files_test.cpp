@@ -76,6 +76,7 @@ TEST(ParameterFile, HoldsTheKeysOfTheTypeInTheirOrder) {
         EXPECT_EQ(rig.test.profileFiles.writeCount, 1) << "one replacement for the whole set";
         EXPECT_EQ(rig.load(), Boxes{std::string("Hinweis|info|ok|Geräte-Parameter für ") + c.model +
                                     " aus Parameter-Datei eingelesen."});
+        EXPECT_EQ(rig.test.profileFiles.readCount, 1) << "one state of the file for the whole set";
     }
     FileRig first(1);
     first.save();

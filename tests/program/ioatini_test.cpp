@@ -60,6 +60,16 @@ TEST(ProfileValues, ReadingWithoutAPathTurnsToTheDevicesFile) {
     EXPECT_TRUE(test.desktop.boxes.empty());
 }
 
+TEST(ProfileValues, OfASnapshotBelongTogether) {
+    TestProgram test;
+    test.profileFiles.files["/a.ini"] = "[RS485]\r\nCOM=3\r\n";
+    test.program.ProfilePath = "/a.ini";
+    const ProfileSnapshot before(test.program);
+    test.profileFiles.files["/a.ini"] = "[RS485]\r\nCOM=4\r\n";
+    EXPECT_EQ(before.value("COM", "RS485"), "3");
+    EXPECT_EQ(GetProfileValue(test.program, "COM", "RS485"), "4");
+}
+
 TEST(ProfileValues, AreWrittenToTheFileAtProfilePath) {
     TestProgram test;
     SetProfileValue(test.program, "COM", "1", "RS485");

@@ -4,10 +4,10 @@
 
 namespace vek {
 
-std::string FakeProfileFiles::read(const std::string& path, std::string_view section, std::string_view key,
-                                   std::size_t maxBytes) {
+std::string FakeProfileFiles::text(const std::string& path) {
+    ++readCount;
     const auto file = files.find(path);
-    return refuseReads || file == files.end() ? "" : readProfileText(file->second, section, key, maxBytes);
+    return refuseReads || file == files.end() ? "" : file->second;
 }
 
 bool FakeProfileFiles::write(const std::string& path, const std::vector<ProfileEntry>& entries) {

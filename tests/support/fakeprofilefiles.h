@@ -14,10 +14,10 @@ class FakeProfileFiles final : public ProfileFiles {
     std::map<std::string, std::string> files;  ///< path and the bytes as they would stand on disk
     bool refuseReads = false;
     bool refuseWrites = false;
+    int readCount = 0;
     int writeCount = 0;  ///< successful writes
 
-    std::string read(const std::string& path, std::string_view section, std::string_view key,
-                     std::size_t maxBytes) override;
+    std::string text(const std::string& path) override;
     bool write(const std::string& path, const std::vector<ProfileEntry>& entries) override;
 };
 

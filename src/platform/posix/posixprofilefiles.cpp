@@ -5,11 +5,10 @@
 
 namespace vek {
 
-std::string PosixProfileFiles::read(const std::string& path, std::string_view section, std::string_view key,
-                                    std::size_t maxBytes) {
+std::string PosixProfileFiles::text(const std::string& path) {
     std::string file;
     readRegularFile(path, file);
-    return readProfileText(file, section, key, maxBytes);
+    return file;
 }
 
 bool PosixProfileFiles::write(const std::string& path, const std::vector<ProfileEntry>& entries) {

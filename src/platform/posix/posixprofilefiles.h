@@ -8,8 +8,7 @@ namespace vek {
 /// the program does not read or write stays untouched, permissions included.
 class PosixProfileFiles final : public ProfileFiles {
   public:
-    std::string read(const std::string& path, std::string_view section, std::string_view key,
-                     std::size_t maxBytes) override;
+    std::string text(const std::string& path) override;
     bool write(const std::string& path, const std::vector<ProfileEntry>& entries) override;
 };
 

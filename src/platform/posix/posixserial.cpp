@@ -28,6 +28,7 @@ using std::chrono::seconds;
 
 constexpr int lastPort = 16;
 constexpr std::size_t mostWaiting = 65536;
+constexpr std::size_t chunkSize = 4096;
 
 timespec timespecOf(nanoseconds span) {
     const auto whole = duration_cast<seconds>(span);
@@ -135,43 +136,65 @@ Bytes PosixSerial::readInput() {
 
 /// Takes what the system has received, as much as may wait here at most, and notices a hang-up.
 void PosixSerial::receive() {
-    std::array<char, 4096> chunk;
-    for (std::size_t taken = 0; device_ && taken < mostWaiting;) {
+    std::size_t taken = 0;
+    for (std::size_t count = chunkSize; count == chunkSize && taken < mostWaiting; taken += count) {
+        count = receiveChunk();  // less than a whole one was the last: no read just to hear that
+    }
+}
+
+/// One read. Returns how many bytes there were; what has no room is lost. A hang-up ends the connection.
+std::size_t PosixSerial::receiveChunk() {
+    std::array<char, chunkSize> chunk;
+    while (device_) {
         const ssize_t result = ::read(device_.get(), chunk.data(), chunk.size());
         if (result > 0) {
             const auto count = static_cast<std::size_t>(result);
             received_.append(chunk.data(), std::min(count, mostWaiting - received_.size()));
-            taken += count;
-        } else if (result < 0 && errno == EAGAIN) {
-            return;
-        } else if (result == 0 || errno != EINTR) {
+            return count;
+        }
+        if (result < 0 && errno == EAGAIN) {
+            return 0;
+        }
+        if (result == 0 || errno != EINTR) {
             disconnect();
         }
     }
+    return 0;
 }
 
 void PosixSerial::writeOutput(std::string_view bytes) {
     if (!open_) {
         return;
     }
-    receive();
-    if (!device_) {
+    const bool wasThere = static_cast<bool>(device_);
+    if (!wasThere) {
         connect();  // quietly: a device that is still away is one that does not answer
     }
+    if (!send(bytes) && wasThere) {
+        connect();
+        send(bytes);
+    }
+}
+
+/// Sends the bytes, or as many as the line takes in their time. False when the device vanished before the
+/// first of them.
+bool PosixSerial::send(std::string_view bytes) {
     constexpr Milliseconds grace{50};
     const TimePoint deadline = Clock::now() + lineSettings_.byteTime() * bytes.size() + grace;
+    const std::size_t all = bytes.size();
     while (device_ && !bytes.empty()) {
         const ssize_t result = ::write(device_.get(), bytes.data(), bytes.size());
         if (result > 0) {
             bytes.remove_prefix(static_cast<std::size_t>(result));
         } else if (result == 0 || errno == EAGAIN) {
             if (!waitFor(POLLOUT, deadline)) {
-                return;
+                return true;
             }
         } else if (errno != EINTR) {
             disconnect();
         }
     }
+    return device_ || bytes.size() < all;
 }
 
 std::size_t PosixSerial::sendQueueCount() {
@@ -224,7 +247,9 @@ bool PosixSerial::waitFor(short events, TimePoint deadline) {
     const int result = ::ppoll(&state, 1, &limit, nullptr);
     const bool hungUp = (state.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
     if (hungUp || (result < 0 && errno != EINTR)) {
-        receive();  // the last bytes before it
+        while (receiveChunk() > 0) {
+            // the last bytes before it
+        }
         disconnect();
     }
     return true;

@@ -40,6 +40,8 @@ class PosixSerial final : public SerialControl {
     PortError connect();
     void disconnect();
     void receive();
+    std::size_t receiveChunk();
+    bool send(std::string_view bytes);
     bool waitFor(short events, TimePoint deadline);
 
     std::string dataFolder_;
