@@ -76,6 +76,12 @@ bool IsExceptionReply(std::string_view reply, std::uint8_t functionCode) {
     return reply.size() < exceptionReplyLength || byteAt(reply, 1) == functionCode + exceptionFlag;
 }
 
+bool isAnswerTo(std::string_view request, std::string_view reply) {
+    const bool read = byteAt(request, 1) == functionReadHoldingRegisters;
+    const std::size_t commonHead = read ? readReplyHead - 1 : writeReplyLength - crcLength;
+    return reply.substr(0, commonHead) == request.substr(0, commonHead) && reply != request;
+}
+
 std::string ExceptionToken(std::string_view reply) {
     return exceptionPrefix + std::to_string(byteAt(reply, 2));
 }

@@ -98,7 +98,10 @@ TEST_F(Transactions, HostileRepliesOfARead) {
         {"exception with wrong crc", fromHex("03 83 02 61 32"), "CRC_TIMEOUT", 1000},
         {"exception of another slave", fromHex("04 83 02 D0 F0"), "EXCEP_2", 1000},
         {"exception with a byte less", fromHex("03 83 02 61"), "CRC_TIMEOUT", 1000},
-        {"exception of a write", fromHex("03 90 02 6C 01"), "\x03\x90\x02\x6C\x01", 1000},
+        {"exception of a write", fromHex("03 90 02 6C 01"), "CRC_TIMEOUT", 1000},
+        {"reply of another slave", fromHex("04 03 04 42 F6 E9 79 D5 0B"), "CRC_TIMEOUT", 20},
+        {"reply to a write", fromHex("03 10 1F 40 00 01 06 2B"), "CRC_TIMEOUT", 1000},
+        {"echo of the request", fromHex("03 03 26 5C 00 02 0E B3"), "CRC_TIMEOUT", 1000},
     };
     for (std::size_t length = 0; length < good.size(); ++length) {
         cases.push_back({"cut", good.substr(0, length), "CRC_TIMEOUT", 1000});
@@ -112,9 +115,18 @@ TEST_F(Transactions, HostileRepliesOfARead) {
 
 TEST_F(Transactions, HostileRepliesOfAWrite) {
     const std::string good = fromHex("03 10 1F 40 00 01 06 2B");
-    answerWith(fromHex("03 90 03 AD C1"));
-    EXPECT_EQ(write(), "EXCEP_3");
-    EXPECT_EQ(took, Milliseconds{20});
+    const HostileCase cases[] = {
+        {"exception", fromHex("03 90 03 AD C1"), "EXCEP_3", 20},
+        {"acknowledgement of another slave", fromHex("04 10 1F 40 00 01 07 9C"), "CRC_TIMEOUT", 20},
+        {"acknowledgement of another register", fromHex("03 10 1F 41 00 01 57 EB"), "CRC_TIMEOUT", 20},
+        {"acknowledgement of more registers", fromHex("03 10 1F 40 00 02 46 2A"), "CRC_TIMEOUT", 20},
+        {"echo of the request", fromHex("03 10 1F 40 00 01 02 71 6F 3B 4D"), "CRC_TIMEOUT", 20},
+    };
+    for (const HostileCase& c : cases) {
+        answerWith(c.reply);
+        EXPECT_EQ(write(), c.result) << c.what;
+        EXPECT_EQ(took, Milliseconds{c.milliseconds}) << c.what;
+    }
     for (std::size_t length = 0; length < good.size(); ++length) {
         answerWith(good.substr(0, length));
         EXPECT_EQ(write(), "CRC_TIMEOUT") << length;
