@@ -12,6 +12,14 @@ constexpr std::size_t longestFrame = 256;
 constexpr Time shortestGap = 1750us;
 constexpr std::uint8_t broadcastAddress = 0;
 
+// The same reply as a neighbour would send it.
+Bytes fromNeighbour(Bytes frame) {
+    ++frame.front();
+    frame.resize(frame.size() - 2);
+    appendCrc(frame);
+    return frame;
+}
+
 }  // namespace
 
 SimulatedLine::SimulatedLine(const LineOptions& options, Time start)
@@ -111,9 +119,11 @@ void SimulatedLine::handleModbus(const Bytes& frame, Time end) {
             modbus_.answer(frame);
         }
     } else if (const auto effects = admit({head, {}}, end)) {
-        reply(effects->exception.has_value() ? ModbusSlave::exceptionReply(head, *effects->exception)
-                                             : modbus_.answer(frame),
-              *effects, end);
+        echo(frame, *effects, end);
+        const Bytes bytes = effects->exception.has_value()
+                                ? ModbusSlave::exceptionReply(head, *effects->exception)
+                                : modbus_.answer(frame);
+        reply(effects->foreign ? fromNeighbour(bytes) : bytes, *effects, end);
     }
     // The reply has still been timed by the old settings; from here on the new ones count.
     settings_ = device_.busSettings();
@@ -122,9 +132,14 @@ void SimulatedLine::handleModbus(const Bytes& frame, Time end) {
 void SimulatedLine::handleKdl(const KdlRequest& request, const Bytes& line, Time end) {
     begin(line, end);
     if (const auto effects = admit({{}, request.command}, end)) {
-        const std::string text = kdlReply(settings_.address, effects->exception.has_value()
-                                                                 ? KdlSlave::refusal(*effects->exception)
-                                                                 : kdl_.answer(request.command));
+        Bytes heard = line;
+        heard.insert(heard.end(), kdlLineEnd.begin(), kdlLineEnd.end());
+        echo(heard, *effects, end);
+        const int neighbours = effects->foreign ? 1 : 0;
+        const std::string text =
+            kdlReply(static_cast<std::uint16_t>(settings_.address + neighbours),
+                     effects->exception.has_value() ? KdlSlave::refusal(*effects->exception)
+                                                    : kdl_.answer(request.command));
         reply(Bytes(text.begin(), text.end()), *effects, end);
     }
     settings_ = device_.busSettings();
@@ -144,6 +159,12 @@ std::optional<FaultEffects> SimulatedLine::admit(const LineRequest& request, Tim
         hangUp(end, *effects.hangUp);
     }
     return effects.hangUp.has_value() || effects.silent ? std::nullopt : std::optional(effects);
+}
+
+void SimulatedLine::echo(const Bytes& request, const FaultEffects& effects, Time end) {
+    if (effects.echo) {
+        schedule(request, end, {});
+    }
 }
 
 void SimulatedLine::reply(Bytes bytes, const FaultEffects& effects, Time end) {
@@ -166,6 +187,9 @@ void SimulatedLine::hangUp(Time now, Time duration) {
 }
 
 void SimulatedLine::schedule(const Bytes& bytes, Time start, Time gap) {
+    if (bytes.empty()) {
+        return;  // a reply that never comes keeps the line free
+    }
     const Time perByte = gap + (options_.pace ? characterTime() : Time{});
     outputEnd_ = std::max(outputEnd_, start);
     for (const std::uint8_t byte : bytes) {

@@ -84,6 +84,7 @@ class SimulatedLine {
     void handleKdl(const KdlRequest& request, const Bytes& line, Time end);
     void begin(const Bytes& frame, Time end);
     std::optional<FaultEffects> admit(const LineRequest& request, Time end);
+    void echo(const Bytes& request, const FaultEffects& effects, Time end);
     void reply(Bytes bytes, const FaultEffects& effects, Time end);
     void hangUp(Time now, Time duration);
     void schedule(const Bytes& bytes, Time start, Time gap);

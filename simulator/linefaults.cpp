@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <sstream>
 
 #include "simulator/kdlframe.h"
@@ -18,7 +19,7 @@ struct KindRow {
     std::string_view meaning;
 };
 
-constexpr std::array<KindRow, 12> kinds{{
+constexpr std::array<KindRow, 17> kinds{{
     {FaultKind::Silence, "silence", "", 0, "the request is not heard and not answered"},
     {FaultKind::Late, "late", "ms", 3.6e6, "the reply comes late"},
     {FaultKind::Slow, "slow", "ms", 3.6e6, "the bytes of the reply come one by one, so far apart"},
@@ -28,6 +29,11 @@ constexpr std::array<KindRow, 12> kinds{{
     {FaultKind::Noise, "noise", "bytes", 255, "so many arbitrary bytes come right before the reply"},
     {FaultKind::Early, "early", "bytes", 255,
      "so many arbitrary bytes come at once, before the reply is due"},
+    {FaultKind::Trail, "trail", "bytes", 255, "so many arbitrary bytes come right after the reply"},
+    {FaultKind::Flip, "flip", "bits", 255, "so many bits of the reply are turned over"},
+    {FaultKind::Double, "double", "", 0, "the reply comes twice"},
+    {FaultKind::Foreign, "foreign", "", 0, "the reply names another device"},
+    {FaultKind::Echo, "echo", "", 0, "the request comes back before the reply"},
     {FaultKind::Exception, "exception", "code", 255, "the request is refused with this code"},
     {FaultKind::Lacks, "lacks", "register", 65535, "the register is missing (exception 2)"},
     {FaultKind::Refuses, "refuses", "register", 65535, "writing the register is refused (exception 3)"},
@@ -137,6 +143,21 @@ void addEffect(FaultEffects& effects, const LineFault& fault) {
             break;
         case FaultKind::Noise:
             effects.noise += count;
+            break;
+        case FaultKind::Trail:
+            effects.trailingNoise += count;
+            break;
+        case FaultKind::Flip:
+            effects.flippedBits += count;
+            break;
+        case FaultKind::Double:
+            effects.twice = true;
+            break;
+        case FaultKind::Foreign:
+            effects.foreign = true;
+            break;
+        case FaultKind::Echo:
+            effects.echo = true;
             break;
         case FaultKind::Exception:
             effects.exception = static_cast<std::uint8_t>(count);
@@ -260,8 +281,18 @@ void FaultPlan::spoil(Bytes& reply, const FaultEffects& effects, Protocol protoc
     }
     const std::size_t length = effects.unended ? checksumEnd : reply.size();
     reply.resize(std::min(length, effects.cutAfter.value_or(length)));
+    for (std::size_t count = reply.empty() ? 0 : effects.flippedBits; count > 0; --count) {
+        const auto bit = random_() % static_cast<unsigned>(std::popcount(form.codeBits));
+        reply[random_() % reply.size()] ^= static_cast<std::uint8_t>(1U << bit);
+    }
+    if (effects.twice) {
+        const Bytes once = reply;
+        reply.insert(reply.end(), once.begin(), once.end());
+    }
     const Bytes before = noise(effects.noise, protocol);
     reply.insert(reply.begin(), before.begin(), before.end());
+    const Bytes after = noise(effects.trailingNoise, protocol);
+    reply.insert(reply.end(), after.begin(), after.end());
 }
 
 Bytes FaultPlan::noise(std::size_t count, Protocol protocol) {

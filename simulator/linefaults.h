@@ -22,6 +22,11 @@ enum class FaultKind : std::uint8_t {
     Unended,    // the reply lacks its CR LF, if it has one
     Noise,      // `amount` arbitrary bytes come right before the reply
     Early,      // `amount` arbitrary bytes come as soon as the request has been heard
+    Trail,      // `amount` arbitrary bytes come right after the reply
+    Flip,       // `amount` bits of the reply are turned over, anywhere in it
+    Double,     // the reply comes twice
+    Foreign,    // the reply names another device, and is right otherwise
+    Echo,       // the request comes back, as an adapter sends it that hears itself, before the reply
     Exception,  // the request is not carried out but refused with code `amount`
     Lacks,      // as if the register did not exist
     Refuses,    // as if the register took no value
@@ -65,6 +70,11 @@ struct FaultEffects {
     bool unended = false;
     std::size_t noise = 0;
     std::size_t earlyNoise = 0;
+    std::size_t trailingNoise = 0;
+    std::size_t flippedBits = 0;
+    bool twice = false;
+    bool foreign = false;
+    bool echo = false;
     std::optional<std::uint8_t> exception;
     std::optional<Time> hangUp;
 };

@@ -51,7 +51,11 @@ Bytes transact(Program& program, const Request& request) {
     if (!CheckCrc(reply)) {
         return crcTimeout;
     }
-    return IsExceptionReply(reply, request.function) ? ExceptionToken(reply) : reply;
+    if (IsExceptionReply(reply, request.function)) {
+        return ExceptionToken(reply);
+    }
+    // What somebody else has said, or was said to another request, must not be shown as this device's value.
+    return isAnswerTo(request.frame, reply) ? reply : crcTimeout;
 }
 
 }  // namespace

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::size_t crcLength = 2;
 constexpr unsigned exceptionFlag = 128;
+constexpr unsigned anySlave = 0;  // a device answers it under its own address
 
 /// Address, function and byte count stand before the data of a read reply, the CRC behind them.
 constexpr std::size_t readReplyHead = 3;
@@ -74,6 +75,14 @@ bool CheckCrc(std::string_view reply) {
 
 bool IsExceptionReply(std::string_view reply, std::uint8_t functionCode) {
     return reply.size() < exceptionReplyLength || byteAt(reply, 1) == functionCode + exceptionFlag;
+}
+
+bool isAnswerTo(std::string_view request, std::string_view reply) {
+    const bool read = byteAt(request, 1) == functionReadHoldingRegisters;
+    const std::size_t commonHead = read ? readReplyHead - 1 : writeReplyLength - crcLength;
+    const bool sameSlave = byteAt(request, 0) == anySlave || reply[0] == request[0];
+    return sameSlave && reply.substr(1, commonHead - 1) == request.substr(1, commonHead - 1) &&
+           reply != request;
 }
 
 std::string ExceptionToken(std::string_view reply) {

@@ -50,6 +50,11 @@ bool CheckCrc(std::string_view reply);
 /// Whether a reply with a right CRC refuses the request: shorter than 5 bytes, or with functionCode + 128.
 bool IsExceptionReply(std::string_view reply, std::uint8_t functionCode);
 
+/// Whether a reply with a right CRC (5 bytes or more, no exception) can be the answer to this request: of the
+/// same slave (of any slave when the request went to address 0) and function, for a write of the same
+/// registers, and not the request itself, as an adapter that hears its own sending returns it.
+bool isAnswerTo(std::string_view request, std::string_view reply);
+
 /// "EXCEP_" with the third byte of the reply (which has 3 bytes or more) in decimal.
 std::string ExceptionToken(std::string_view reply);
 

@@ -89,7 +89,11 @@ TEST_F(Transactions, HostileReplies) {
         {fromHex("03 83 02 61 31"), "EXCEP_2", 20},
         {fromHex("03 83 02 61 32"), "CRC_TIMEOUT", 1000},
         {fromHex("04 83 02 D0 F0"), "EXCEP_2", 1000},
-        {fromHex("03 90 02 6C 01"), "\x03\x90\x02\x6C\x01", 1000},
+        // Of a write, of another slave, and what an adapter returns that hears its own sending.
+        {fromHex("03 90 02 6C 01"), "CRC_TIMEOUT", 1000},
+        {fromHex("04 03 04 42 F6 E9 79 D5 0B"), "CRC_TIMEOUT", 20},
+        {fromHex("03 10 1F 40 00 01 06 2B"), "CRC_TIMEOUT", 1000},
+        {fromHex("03 03 26 5C 00 02 0E B3"), "CRC_TIMEOUT", 1000},
     };
     for (std::size_t length = 0; length < good.size(); ++length) {
         cases.emplace_back(good.substr(0, length), "CRC_TIMEOUT", 1000);
@@ -99,12 +103,20 @@ TEST_F(Transactions, HostileReplies) {
         EXPECT_EQ(read(2), result) << reply.size();
         EXPECT_EQ(took, Milliseconds{milliseconds}) << reply.size();
     }
-    answerWith(fromHex("03 90 03 AD C1"));
-    EXPECT_EQ(write(), "EXCEP_3");
-    EXPECT_EQ(took, Milliseconds{20});
-    answerWith(fromHex("03 10 1F 40 00 01 06"));
-    EXPECT_EQ(write(), "CRC_TIMEOUT");
-    EXPECT_EQ(took, Milliseconds{1000});
+    const std::tuple<const char*, const char*, int> acknowledgements[] = {
+        {"03 90 03 AD C1", "EXCEP_3", 20},
+        {"03 10 1F 40 00 01 06", "CRC_TIMEOUT", 1000},
+        // Of another slave, another register, more registers, and an echo.
+        {"04 10 1F 40 00 01 07 9C", "CRC_TIMEOUT", 20},
+        {"03 10 1F 41 00 01 57 EB", "CRC_TIMEOUT", 20},
+        {"03 10 1F 40 00 02 46 2A", "CRC_TIMEOUT", 20},
+        {"03 10 1F 40 00 01 02 71 6F 3B 4D", "CRC_TIMEOUT", 20},
+    };
+    for (const auto& [reply, result, milliseconds] : acknowledgements) {
+        answerWith(fromHex(reply));
+        EXPECT_EQ(write(), result) << reply;
+        EXPECT_EQ(took, Milliseconds{milliseconds}) << reply;
+    }
 }
 
 TEST_F(Transactions, RepliesMayComeInPiecesUntilTheTimeIsUp) {

@@ -111,7 +111,8 @@ TEST(Faults, SpoilTheReply) {
     };
     const Row rows[] = {{"silence", 0, false},   {"crc", 7, false},         {"cut=3", 3, false},
                         {"cut=0", 0, false},     {"noise=4", 11, false},    {"exception=6", 5, true},
-                        {"lacks=9800", 5, true}, {"refuses=9800", 7, true}, {"late=1500", 7, true}};
+                        {"lacks=9800", 5, true}, {"refuses=9800", 7, true}, {"late=1500", 7, true},
+                        {"trail=4", 11, false},  {"flip=1", 7, false}};
     for (const Row& row : rows) {
         Master master;
         master.line.faults().add(fault(row.fault));
@@ -121,6 +122,20 @@ TEST(Faults, SpoilTheReply) {
         EXPECT_EQ(master.now >= 1500ms, std::string_view(row.fault) == "late=1500");
         master.line.faults().clear();
         EXPECT_EQ(master.send(nameRequest), nameReply);
+    }
+}
+
+TEST(Faults, ThatLeaveTheReplyWhole) {
+    Bytes twice = nameReply;
+    twice.insert(twice.end(), nameReply.begin(), nameReply.end());
+    Bytes echoed = nameRequest;
+    echoed.insert(echoed.end(), nameReply.begin(), nameReply.end());
+    const std::pair<const char*, Bytes> rows[] = {
+        {"double", twice}, {"echo", echoed}, {"foreign", withCrc(hex("04 03 02 76 65"))}};
+    for (const auto& [text, reply] : rows) {
+        Master master;
+        master.line.faults().add(fault(text));
+        EXPECT_EQ(master.send(nameRequest), reply) << text;
     }
 }
 

@@ -33,6 +33,10 @@ std::optional<TimePoint> FakeSerial::nextArrival() const {
     return arrivals_.empty() ? std::nullopt : std::optional(arrivals_.front().time);
 }
 
+std::optional<TimePoint> FakeSerial::lastArrival() const {
+    return arrivals_.empty() ? std::nullopt : std::optional(arrivals_.back().time);
+}
+
 bool FakeSerial::setPortNumber(int number) {
     if (open_ || number < 1 || number > 16) {
         return false;
@@ -92,10 +96,16 @@ std::size_t FakeSerial::receivedCount() {
 
 Bytes FakeSerial::readInput() {
     receive();
+    if (onRead && !received_.empty()) {
+        onRead(received_);
+    }
     return std::exchange(received_, {});
 }
 
 void FakeSerial::writeOutput(std::string_view bytes) {
+    if (onWrite) {
+        onWrite(bytes);
+    }
     connected_ = open_ && pluggedIn_;
     if (!connected_) {
         lost.emplace_back(bytes);

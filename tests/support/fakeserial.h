@@ -28,6 +28,10 @@ class FakeSerial final : public SerialControl {
 
     /// Called with each frame that reaches the line, from within writeOutput(); mostly calls reply().
     std::function<void(std::string_view)> peer;
+    /// Called with each frame that is written, before it reaches the line or is lost.
+    std::function<void(std::string_view)> onWrite;
+    /// Called with what the program reads, whenever there is something.
+    std::function<void(std::string_view)> onRead;
     /// What open() answers for a port number; ports not named here open.
     std::map<int, PortError> openErrors;
     /// How long each frame stays in the send queue.
@@ -51,6 +55,8 @@ class FakeSerial final : public SerialControl {
     const std::string& settings() const { return settings_; }
     /// When the next byte that has not arrived yet will.
     std::optional<TimePoint> nextArrival() const;
+    /// When the last of them will.
+    std::optional<TimePoint> lastArrival() const;
 
     bool setPortNumber(int number) override;
     int portNumber() const override { return number_; }
