@@ -7,24 +7,6 @@
 namespace vek {
 namespace {
 
-TEST(MonitorRendering, StatesAsColoursAndSymbols) {
-    const std::pair<int, std::optional<Color>> alarms[] = {
-        {0x000, Color{0, 255, 0}},   {0x100, Color{255, 255, 0}}, {0x200, Color{255, 0, 255}},
-        {0x400, Color{0, 255, 255}}, {0x500, Color{255, 0, 0}},   {0x300, std::nullopt},
-        {0x600, std::nullopt},       {0x700, std::nullopt}};
-    for (const auto& [state, color] : alarms) {
-        EXPECT_EQ(alarmColor(static_cast<AlarmState>(state)), color) << state;
-    }
-    EXPECT_EQ(testColors(TestState{0x0000}), (TestColors{colors::green, colors::green}));
-    EXPECT_EQ(testColors(TestState{0x4000}), (TestColors{colors::red, colors::green}));
-    EXPECT_EQ(testColors(TestState{0x8000}), (TestColors{colors::green, colors::red}));
-    EXPECT_EQ(testColors(TestState{0xC000}), (TestColors{colors::green, colors::green}));
-    EXPECT_EQ(rangeCaption(RangeState{0x00}), " ");
-    EXPECT_EQ(rangeCaption(RangeState{0x40}), "<");
-    EXPECT_EQ(rangeCaption(RangeState{0x80}), ">");
-    EXPECT_EQ(rangeCaption(RangeState{0xC0}), "-");
-}
-
 TEST(MonitorRendering, ValuesBySlotAndDeviceType) {
     const NumberLocale german{.decimalPoint = ",", .groupSeparator = "."};
     const std::tuple<int, int, float, const char*, std::optional<double>> cases[] = {

@@ -1,7 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <map>
+#include <numeric>
+
 #include "kdl/KDLBusLink.h"
 #include "kdl/kdldevice.h"
+#include "kdl/kdlframe.h"
 #include "support/shown.h"
 
 namespace vek {
@@ -15,6 +19,45 @@ constexpr Milliseconds pause{5};
 constexpr Milliseconds timeOut{200};
 const Bytes none = "#TIMEOUT_ERROR#";
 const Bytes request = ":;003:IDNM?&dZs\r\n";
+
+Bytes framed(Bytes text) {
+    KdlAppendChecksum(text);
+    return text;
+}
+
+unsigned codeSum(std::string_view text) {
+    return std::accumulate(text.begin(), text.end(), 0U,
+                           [](unsigned sum, char c) { return sum + static_cast<unsigned char>(c); });
+}
+
+TEST(KdlFrames, RequestsAreTheseBytes) {
+    for (const char* frame :
+         {":;001:IDNM?&dZu", ":;001:MEM?&(T", ":;005:CAN 8&zzx", ":;090:TRSH? 8&00Z", ":;003:IDNV?&dZj",
+          ":;003:IDND?&zzF", ":;003:IDNF?&dZz", ":;003:ALM? 15&KKc", ":;003:BTR? 1&dZb", ":;003:KAL&00`",
+          ":;003:DEFLT 51&00C", ":;247:REL? 1&dZ]", "     :IDNM?&(q"}) {
+        const std::string text = frame;
+        EXPECT_EQ(framed(text.substr(0, text.find('&'))), text + "\r\n");
+    }
+}
+
+TEST(KdlFrames, TrailersOfAllChecksums) {
+    const std::map<unsigned, std::string> borders = {{0, "dZB"},   {56, "dZz"}, {57, "zzE"},  {110, "zzz"},
+                                                     {111, "(G"},  {160, "(x"}, {161, "00A"}, {214, "00v"},
+                                                     {215, "KKA"}, {255, "KKi"}};
+    for (unsigned checksum = 0; checksum < 256; ++checksum) {
+        // A text of one byte whose sum with the "&" leaves that checksum.
+        const Bytes frame = framed(Bytes(1, static_cast<char>((2 * 256 - '&' - checksum) % 256)));
+        ASSERT_TRUE(frame.size() >= 6 && frame[1] == '&' && frame.ends_with("\r\n")) << checksum;
+        const std::string trailer = frame.substr(2, frame.size() - 4);
+        EXPECT_EQ(codeSum(trailer) % 256, checksum);
+        for (const char c : trailer) {
+            EXPECT_TRUE(c > ' ' && c <= 'z' && c != '&') << checksum << ' ' << trailer;
+        }
+        if (const auto border = borders.find(checksum); border != borders.end()) {
+            EXPECT_EQ(trailer, border->second) << checksum;
+        }
+    }
+}
 
 class KdlLink : public testing::Test {
   protected:
@@ -99,6 +142,9 @@ TEST_F(KdlLink, RepliesOfAllKinds) {
         {"", none, {}},
         {"abcdef&dZB\r\n", "", {"abcdef&dZB"}},
         {"abc\r\n", "abc", {"abc"}},
+        {"ab&defgh&dZB\r\n", "ab&defgh&dZB", {"ab&defgh&dZB"}},
+        {"abcde&gh\r\n", "abcde&gh", {"abcde&gh"}},
+        {"abcdefgh&&d&\r\n", "gh", {"abcdefgh&&d&"}},
         {"\r\n", "", {""}},
         {"abcdef42&dZB", none, {"abcdef42&dZB"}},
         {"abcdef42&dZB\n\r", none, {"abcdef42&dZB\uFFFD\uFFFD"}},
@@ -188,8 +234,11 @@ TEST_F(KdlLink, OpensThePortWithItsOwnFrame) {
 }
 
 TEST_F(KdlLink, AddressesFromText) {
-    const std::tuple<const char*, const char*, int> cases[] = {
-        {" 7", ":;007", 7}, {"247", ":;247", 247}, {"12a", ":;12a", 12}, {"2ü", ":;02\xFC", 2}};
+    const std::tuple<const char*, const char*, int> cases[] = {{"     90", ":;090", 90},
+                                                               {"247", ":;247", 247},
+                                                               {"12a", ":;12a", 12},
+                                                               {"5 ", ":;05 ", 5},
+                                                               {"2ü", ":;02\xFC", 2}};
     for (const auto& [text, prefix, address] : cases) {
         KdlSetAddress(test.program, text);
         EXPECT_EQ(test.program.KdlAddressPrefix, prefix) << text;

@@ -81,6 +81,9 @@ TEST_F(Messages, AReadNeverReturnsMoreThanArrived) {
     EXPECT_EQ(MbReadRegisters(test.program, 1000, 2), fromHex("12 34 56 78"));
     EXPECT_EQ(readData(test.program, 1000, 2), fromHex("12 34 56 78"));
 
+    EXPECT_EQ(BytesToSingle(fromHex("47 C3 50 00")), 100000.0F);
+    EXPECT_EQ(BytesToSingle(fromHex("3F 80")), 1.0F) << "missing bytes count as 0";
+
     // Another number of bytes than asked for is no value at all.
     for (const char* reply : {"03 03 02 12 34 CC F3", "03 03 03 12 34 56 72 97"}) {
         answerWith(fromHex(reply));

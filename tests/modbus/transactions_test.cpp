@@ -63,6 +63,8 @@ TEST_F(Transactions, SendOneFrameAndReturnTheWholeReply) {
                                         "black 03101F40000102716F3B4D", "red 03101F400001062B"}));
     EXPECT_EQ(test.desktop.eventRounds, 0) << "no event may run inside a transaction";
     EXPECT_TRUE(test.desktop.boxes.empty());
+    SendReadRequest(test.program, 247, 1000, 2);
+    EXPECT_EQ(test.serial.written.back(), fromHex("F7 03 03 E8 00 02 50 ED"));
 }
 
 TEST_F(Transactions, SilenceCostsTheTimeOutFromTheMomentTheFrameIsOut) {
@@ -86,6 +88,8 @@ TEST_F(Transactions, HostileReplies) {
         {good + "x", "CRC_TIMEOUT", 20},
         // Right CRC, but too short; then exceptions, of others or damaged.
         {fromHex("03 03 41 41"), "EXCEP_65", 1000},
+        {fromHex("03 FF 41"), "EXCEP_65", 1000},
+        {fromHex("FF FF"), "CRC_TIMEOUT", 1000},
         {fromHex("03 83 02 61 31"), "EXCEP_2", 20},
         {fromHex("03 83 02 61 32"), "CRC_TIMEOUT", 1000},
         {fromHex("04 83 02 D0 F0"), "EXCEP_2", 1000},
@@ -97,6 +101,11 @@ TEST_F(Transactions, HostileReplies) {
     };
     for (std::size_t length = 0; length < good.size(); ++length) {
         cases.emplace_back(good.substr(0, length), "CRC_TIMEOUT", 1000);
+    }
+    for (std::size_t bit = 0; bit < 8 * good.size(); ++bit) {
+        std::string spoiled = good;
+        spoiled[bit / 8] = static_cast<char>(static_cast<unsigned char>(spoiled[bit / 8]) ^ (1U << bit % 8));
+        cases.emplace_back(spoiled, "CRC_TIMEOUT", 20);
     }
     for (const auto& [reply, result, milliseconds] : cases) {
         answerWith(reply);

@@ -21,42 +21,43 @@ struct Command {
     std::vector<const char*> requests;
     const char* kdlRequest;
     std::string success;
-    std::string kdlSuccess;
     std::string failure;
 };
 
+const std::string notReset = "Das Zurücksetzen auf die Werkseinstellung konnte nicht durchgeführt werden";
 const Command commands[] = {
     {&frmMbMonitor::cmdCal,
      {"03 10 1F 40 00 01 02 71 6F 3B 4D", "03 10 1F 41 00 01 02 76 75 B9 67"},
      ":;003:KAL&00`\r\n",
-     "Das Geräte ist nun im Kalibrier-Modus.",
      "Das Geräte ist nun im Kalibrier-Modus.",
      "Das Gerät konnte nicht in den Kalibrier-Modus geschaltet werden"},
     {&frmMbMonitor::cmdTest,
      {"03 10 1F 45 00 01 02 54 45 A0 57"},
      ":;003:TESTI&dZQ\r\n",
      "Der Selbsttest wurde gestartet.",
-     "Der Selbsttest wurde gestartet.",
      "Der Selbsttest konnte nicht durchgeführt werden"},
     {&frmMbMonitor::cmdCLR,
      {"03 10 1F 46 00 01 02 43 4C 6F 92"},
      ":;003:ALMCL&dZq\r\n",
      "Der Fehlerspeicher(Alarme) wurde zurückgesetzt.",
-     "Der Fehlerspeicher(Alarme) wurde zurückgesetzt",
      "Der Fehlerspeicher(Alarme) konnte nicht zurückgesetzt werden."},
     {&frmMbMonitor::cmdFACT,
      {"03 10 1F 44 00 01 02 46 53 2C E8"},
      ":;003:DEFLT&dZk\r\n",
      "Das Geräte wurde auf die Werkseinstellungen (ohne Schnittstellen Parameter) zurückgesetzt.",
-     "Das Geräte wurde auf die Werkseinstellungen (ohne Schnittstellen Parameter) zurückgesetzt.",
-     "Das Zurücksetzen auf die Werkseinstellung konnte nicht durchgeführt werden"},
+     notReset},
     {&frmMbMonitor::cmdFACTall,
      {"03 10 1F 43 00 01 02 66 61 B5 4A"},
      ":;003:DEFLT 51&00C\r\n",
      "Das Geräte wurde auf die Werkseinstellungen (alle Parameter) zurückgesetzt.",
-     "Das Geräte wurde auf die Werkseinstellungen (alle Parameter) zurückgesetzt.",
-     "Das Zurücksetzen auf die Werkseinstellung konnte nicht durchgeführt werden"},
+     notReset},
 };
+
+/// On KDL, one text ends without its full stop.
+std::string kdlSuccess(const Command& command) {
+    const bool cleared = command.button == &frmMbMonitor::cmdCLR;
+    return command.success.substr(0, command.success.size() - (cleared ? 1 : 0));
+}
 
 /// The boxes of a command: its question, what came on the way, and the message at its end.
 Boxes boxesOf(const Command& command, const Boxes& onTheWay, const std::string& last) {
@@ -136,7 +137,7 @@ TEST(DeviceCommands, OnKdlAnEmptyReplyIsTheAcknowledgement) {
             EXPECT_EQ(test.serial.written, std::vector<Bytes>{c.kdlRequest});
             EXPECT_EQ(
                 test.desktop.boxes,
-                boxesOf(c, {}, taken ? "Hinweis|info|ok|" + c.kdlSuccess : "Fehler|stop|ok|" + c.failure))
+                boxesOf(c, {}, taken ? "Hinweis|info|ok|" + kdlSuccess(c) : "Fehler|stop|ok|" + c.failure))
                 << reply;
             EXPECT_FALSE(test.serial.isOpen() || test.program.lineInUse);
         }

@@ -2,7 +2,6 @@
 
 #include <set>
 
-#include "kdl/kdldevice.h"
 #include "modbus/modbusframe.h"
 #include "monitor/frmMbMonitor.h"
 #include "pollrig.h"
@@ -225,38 +224,29 @@ TEST(Monitor, WhatCannotBeReadShowsNothingStale) {
     EXPECT_EQ(rig.test.desktop.boxes, (Boxes{crcDialog, crcDialog})) << "missing registers are silent";
 }
 
-TEST(Monitor, TheFaultPositionFollowsWhatTheSlotsShow) {
-    struct Case {
-        int type;
-        float ohms;
-        std::uint16_t ohmsStatus;
-        float percent;
-        std::uint16_t percentStatus;
-        const char* shown;  ///< slider, sign, negative side, positive side
-    };
-    const std::uint16_t good = 0x0002;
-    const std::uint16_t invalid = 0x00C2;
-    for (const Case& c : {
-             Case{1, 1'999'000.0F, good, 0.0F, good, "0|~|3998|3998"},
-             Case{1, 2'000'000.0F, good, 0.0F, good, "0|~|>4000|>4000"},
-             Case{10, 100'400.0F, good, -100.0F, good, "-100|-|100|>2000"},
-             Case{9, 100'000.0F, good, 30.0F, good, "30|+|---|---"},
-             Case{1, 100'000.0F, invalid, 40.0F, good, "40|+|0|0"},
-             Case{1, 100'000.0F, good, 40.0F, invalid, "0|~|---|---"},
-         }) {
-        MonitorRig rig(c.type);
-        rig.pin(0, c.ohms, c.ohmsStatus, 71);
-        rig.pin(6, c.percent, c.percentStatus, 7);
-        rig.runOneCycle();
-        EXPECT_EQ(rig.faultPosition(), c.shown) << c.type;
-    }
+TEST(Monitor, AnInvalidFaultPositionOrResistanceCountsAsNone) {
+    MonitorRig rig(1);
+    rig.pin(0, 100'000.0F, 0x00C2, 71);
+    rig.pin(6, 40.0F, 0x0005, 7);
+    rig.runOneCycle();
+    EXPECT_EQ(rig.faultPosition(), "40|+|0|0");
+    rig.pin(0, 1'999'400.0F, 0x0002, 71);
+    rig.pin(6, 0.0F, 0x0005, 7);
+    rig.runOneCycle();
+    EXPECT_EQ(rig.faultPosition(), "0|~|3998|3998") << "of the number that is shown";
+    rig.pin(6, 40.0F, 0x00C5, 7);
+    rig.runOneCycle();
+    EXPECT_EQ(rig.faultPosition(), "0|~|---|---");
 }
 
 TEST(Monitor, TypesWithChannelsOfTheirOwn) {
     MonitorRig mains(8);
     mains.pin(1, 110.26F, 0x0004, 76);
     mains.pin(4, 1234.56F, 0x0004, 76);
+    mains.pin(8, 1.0F, 0x8000, 0);
     mains.runOneCycle();
+    EXPECT_EQ(mains.monitor().LED_TEST_EXTERN.fillColor.get(), colors::red);
+    EXPECT_EQ(mains.monitor().LED_TEST_INTERN.fillColor.get(), colors::green);
     EXPECT_EQ(mains.row(1), "110,3| |V|Spannung");
     EXPECT_EQ(mains.row(4), "1.234,6| |V|Spannung");
     EXPECT_EQ(mains.monitor().Label7[1].caption.get(), "Netzspannung RMS");
@@ -268,47 +258,6 @@ TEST(Monitor, TypesWithChannelsOfTheirOwn) {
     EXPECT_EQ(battery.row(2), "216,0| |V|Spannung");
     EXPECT_EQ(battery.enabled(), "xxx-xxxx") << "no calibration, also after the poll";
     EXPECT_EQ(battery.visibleLamps(), "x-xx-----");
-}
-
-/// On a KDL device with an alarm, an operating value and a fault position.
-TEST(Monitor, ShowsKdlRowsUntilStoppedOrClosed) {
-    TestProgram test{NumberLocale{.decimalPoint = ",", .groupSeparator = "."}};
-    KdlDevice device(test.serial);
-    configureKdl(test.program);
-    test.program.DeviceType = 1;
-    device.answers = {{":IDND?", "1731D"}, {":IDNF?", "Sw 212"}, {":ALMN?", "n= 1"}, {":BTRN?", "n= 9"}};
-    for (int row = 1; row <= 9; ++row) {
-        device.answers[":ALM? " + std::to_string(row)] = row == 1 ? "Re 100 kO" : "no 0";
-        device.answers[":BTR? " + std::to_string(row)] = row == 9 ? "FL-50%" : "Uo/dV 2305";
-    }
-    device.answers[":ALM? 10"] = "no 0";
-    device.answers[":BTR? 10"] = "stop 0";
-    auto& monitor = test.open<frmMbMonitor>();
-    EXPECT_EQ(monitor.caption.get(), "KDL - Monitor");
-    EXPECT_EQ(monitor.Label7[10].caption.get(), "Ze Voralarm");
-    EXPECT_TRUE(monitor.LED[8].visible && monitor.lblMesswert[14].visible);
-    device.afterRequest(test.desktop, ":BTR? 2", 1, [&] {
-        EXPECT_FALSE(monitor.cmdRunMonitor.enabled || monitor.cmdTest.enabled || monitor.cmdClose.enabled);
-        // Clicks that were under way before the buttons went grey.
-        monitor.cmdTest.click();
-        monitor.cmdRunMonitor.click();
-        monitor.cmdStop.click();
-    });
-    monitor.cmdRunMonitor.click();
-    EXPECT_EQ(device.takeCommands().size(), 2U + 2 + 9 * 4) << "stop ends after the pass under way";
-    EXPECT_EQ(captions({&monitor.lblSwVer, &monitor.lblMesswert[0], &monitor.lblMesswert[1]}),
-              "2.12|100|230,5");
-    EXPECT_EQ(monitor.LED[0].fillColor.get(), colors::red);
-    EXPECT_EQ(monitor.Slider1.value.get(), -50);
-    EXPECT_EQ(captions({&monitor.lblFehlerVorzeichen, &monitor.lblReNeg, &monitor.lblRePos}), "-|133|400");
-    EXPECT_TRUE(monitor.cmdRunMonitor.enabled && monitor.cmdCal.enabled && monitor.cmdClose.enabled);
-
-    device.afterRequest(test.desktop, ":ALMN?", 1, [&] { monitor.closeBoxPressed(); });
-    monitor.cmdRunMonitor.click();
-    EXPECT_LE(device.commands.size(), 2U + 4) << "ends with the row";
-    EXPECT_FALSE(test.serial.isOpen() || test.program.MonitorRunning || test.program.lineInUse);
-    EXPECT_TRUE(test.desktop.boxes.empty());
-    test.program.windows.collect();
 }
 
 }  // namespace

@@ -11,97 +11,57 @@ namespace {
 using Log = std::vector<std::string>;
 
 /// Tells the log what happens to it.
-class Recorder : public Form {
+class Recorder : public ChildForm {
   public:
-    Recorder(Log& itsLog, std::string formName) : Form(std::move(formName), Kind::Child), log_(itsLog) {}
-    ~Recorder() override { log_.push_back("~" + name); }
-
-    std::function<void()> loading;
+    Recorder(Program& program, Log& log) : ChildForm(program, "recorder"), log_(log) {}
+    ~Recorder() override { log_.emplace_back("gone"); }
 
     Box layout() override { return stretch(); }
     void load() override {
-        log_.push_back("load " + name);
-        if (loading) {
-            loading();
+        ChildForm::load();
+        if (closesAtOnce) {
+            close();
         }
     }
-    void unload() override { log_.push_back("unload " + name); }
-    void closeBoxPressed() override {}
+    void unload() override {
+        ChildForm::unload();
+        log_.emplace_back("unload");
+    }
+
+    bool closesAtOnce = false;
 
   private:
     Log& log_;
 };
 
-class WindowsTest : public testing::Test {
-  protected:
-    Recorder& open(const char* name) { return windows.open(std::make_unique<Recorder>(log, name)); }
-
+TEST(Windows, AClosedOneLeavesTheScreenAtOnceAndItsObjectLater) {
+    TestProgram test;
     Log log;
-    FakeFormHost host;
-    Windows windows{host};
-};
-
-TEST_F(WindowsTest, AClosedWindowLeavesTheScreenAtOnceAndItsObjectLater) {
-    Recorder& a = open("a");
-    open("b");
-    EXPECT_EQ(windows.find("a"), &a);
-    windows.close(a);
-    windows.close(a);
-    EXPECT_FALSE(windows.isOpen(a));
-    EXPECT_EQ(windows.find("a"), nullptr);
-    EXPECT_EQ(a.name, "a") << "still alive";
-    EXPECT_EQ(host.log, (Log{"+a", "+b", "-a"}));
+    Windows& windows = test.program.windows;
+    Recorder& form = windows.open(std::make_unique<Recorder>(test.program, log));
+    EXPECT_EQ(windows.find("recorder"), &form);
+    EXPECT_FALSE(test.program.shell.commandsAvailable) << "the main window's";
+    windows.close(form);
+    windows.close(form);
+    EXPECT_EQ(windows.find("recorder"), nullptr);
+    EXPECT_TRUE(test.program.shell.commandsAvailable);
+    EXPECT_EQ(log, Log{"unload"});
     windows.collect();
-    EXPECT_EQ(log, (Log{"load a", "load b", "unload a", "~a"}));
+    EXPECT_EQ(log, (Log{"unload", "gone"}));
+
+    auto next = std::make_unique<Recorder>(test.program, log);
+    next->closesAtOnce = true;
+    EXPECT_FALSE(windows.isOpen(windows.open(std::move(next))));
+    EXPECT_EQ(test.host.log, (Log{"+recorder", "-recorder", "-recorder"})) << "the second was never shown";
 }
 
-TEST_F(WindowsTest, AWindowThatClosesItselfWhileItLoadsIsNeverShown) {
-    auto form = std::make_unique<Recorder>(log, "a");
-    form->loading = [this, opened = form.get()] { windows.close(*opened); };
-    Recorder& a = windows.open(std::move(form));
-    EXPECT_FALSE(windows.isOpen(a));
-    EXPECT_EQ(std::count(host.log.begin(), host.log.end(), "+a"), 0);
-}
-
-TEST_F(WindowsTest, AllCloseInReverseOrder) {
-    for (const char* name : {"a", "b", "c"}) {
-        open(name);
-    }
-    windows.closeAll();
-    EXPECT_EQ(host.log, (Log{"+a", "+b", "+c", "-c", "-b", "-a"}));
-    windows.closeAll();
-    EXPECT_EQ(log.size(), 6U);
-}
-
-class Child final : public ChildForm {
-  public:
-    explicit Child(Program& program) : ChildForm(program, "child") {}
-    Box layout() override { return stretch(); }
-};
-
-TEST(ProgramState, ChildWindowsTakeTheMainWindowsCommandsAway) {
+TEST(LineUse, OneOperationAtATimeUsesTheLine) {
     TestProgram test;
-    EXPECT_TRUE(test.program.shell.commandsAvailable);
-    Child& child = test.open<Child>();
-    EXPECT_FALSE(test.program.shell.commandsAvailable);
-    child.closeBoxPressed();
-    EXPECT_TRUE(test.program.shell.commandsAvailable);
-}
-
-TEST(ProgramState, OneOperationAtATimeUsesTheLine) {
-    TestProgram test;
-    {
+    EXPECT_TRUE(test.endsProgram([&] {
         const LineUse first(test.program);
         EXPECT_TRUE(first);
-        {
-            const LineUse second(test.program);
-            EXPECT_FALSE(second);
-        }
+        EXPECT_FALSE(LineUse(test.program));
         EXPECT_TRUE(test.program.lineInUse) << "who was refused does not free the line";
-    }
-    EXPECT_FALSE(test.program.lineInUse);
-    EXPECT_TRUE(test.endsProgram([&] {
-        const LineUse use(test.program);
         throw ProgramEnd{};
     }));
     EXPECT_FALSE(test.program.lineInUse);

@@ -8,18 +8,6 @@ namespace vek {
 
 namespace {
 
-const char* iconText(MessageIcon icon) {
-    switch (icon) {
-        case MessageIcon::None:
-            return "-";
-        case MessageIcon::Information:
-            return "info";
-        case MessageIcon::Stop:
-            return "stop";
-    }
-    return "?";
-}
-
 template <class Answers, class Default>
 Default takeFirst(Answers& answers, Default otherwise) {
     if (answers.empty()) {
@@ -33,8 +21,9 @@ Default takeFirst(Answers& answers, Default otherwise) {
 }  // namespace
 
 std::string boxText(const MessageBox& box) {
-    const char* buttons = box.buttons == MessageButtons::Ok ? "ok" : "ok+cancel";
-    return box.title + "|" + iconText(box.icon) + "|" + buttons + "|" + box.text;
+    constexpr const char* icons[] = {"|-", "|info", "|stop"};
+    const char* buttons = box.buttons == MessageButtons::Ok ? "|ok|" : "|ok+cancel|";
+    return box.title + icons[static_cast<int>(box.icon)] + buttons + box.text;
 }
 
 MessageAnswer FakeDesktop::messageBox(const MessageBox& box) {

@@ -15,29 +15,20 @@ class DemoMain : public Form {
     DemoMain() : Form("frmDemo", Kind::Main) {
         caption = "Demo   V1.2.3";
         device.items = {&monitor};
-        start.items = {&device, &separator, &exit};
+        start.items = {&device};
         settings.items = {&terminal};
         terminal.checkable = true;
         terminal.checked = true;
         terminal.click = [this] { terminal.checked = !terminal.checked.get(); };
         monitor.click = [this] { happened.emplace_back("monitor"); };
-        exit.click = [this] { happened.emplace_back("exit"); };
         info.click = [this] { happened.emplace_back("info"); };
-        bar.buttons = {&barMonitor, &barSeparator, &barTerminal};
+        bar.buttons = {&barMonitor, &barTerminal};
         bar.buttonClick = [this](const std::string& key) { happened.emplace_back(key); };
-        status.panels = {&panel1, &panel2};
-        timer.interval = 1;
-        timer.tick = [this] {
-            ++ticks;
-            timer.enabled = false;
-        };
     }
 
     Box layout() override { return column({}); }
     std::vector<MenuItem*> menu() override { return {&start, &settings, &info}; }
     ToolBar* toolBar() override { return &bar; }
-    StatusBar* statusBar() override { return &status; }
-    std::vector<Timer*> timers() override { return {&timer}; }
     void closeBoxPressed() override {
         if (close) {
             close();
@@ -46,24 +37,16 @@ class DemoMain : public Form {
 
     std::function<void()> close;
     std::vector<std::string> happened;
-    int ticks = 0;
 
     MenuItem start{"mnuStart", "Start", 'S'};
     MenuItem device{"mnuDevice", "Geräte", 'G'};
     MenuItem monitor{"mnuMonitor", "Monitor", 'M'};
-    MenuItem separator{"trenn1", "-"};
-    MenuItem exit{"mnuBeenden", "Beenden", 'B'};
     MenuItem settings{"mnuEinstellungen", "Einstellungen", 'E'};
     MenuItem terminal{"mnuTerminal", "Terminalfenster", 'T'};
     MenuItem info{"mnuInfo", "Info", 'I'};
     ToolBar bar{"Toolbar1"};
     ToolButton barMonitor{"DEV_MONITOR", "Geräte - Monitor"};
-    ToolButton barSeparator{"Trenn", "", ToolButton::Kind::Separator};
     ToolButton barTerminal{"TERMINAL", "Terminalfenster", ToolButton::Kind::Check};
-    StatusBar status{"sbStatusBar"};
-    Label panel1{"sbStatusBar_1", "Port = COM0, 0"};
-    Label panel2{"sbStatusBar_2", ""};
-    Timer timer{"Timer1"};
 };
 
 /// A child window with a control of every kind.
@@ -74,7 +57,6 @@ class DemoChild : public Form {
         value.sunken = true;
         value.minimumCharacters = 8;
         choice.items = {"2", "3", "10"};
-        choice.hint = "Geräteadresse auswählen";
         text.change = [this] { happened.emplace_back("change " + text.text.get()); };
         choice.change = [this] { happened.emplace_back("choice " + choice.text.get()); };
         check.click = [this] { happened.emplace_back("check"); };

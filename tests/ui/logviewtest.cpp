@@ -59,13 +59,6 @@ TEST_F(LogViewTest, FollowsTheEndUnlessTheUserHasScrolledUp) {
     EXPECT_EQ(bar().value(), bar().maximum());
 }
 
-TEST_F(LogViewTest, PlainTextIsTheWholeLog) {
-    store.append(LogColor::Black, LogForm::Hex, "\x01\xAF");
-    store.append(LogColor::Red, LogForm::Text, "\xFC!\r");
-    store.append(LogColor::Red, LogForm::Hex, "");
-    EXPECT_EQ(view.property("plainText").toString(), QStringLiteral("01AF\nü!\uFFFD\n\n"));
-}
-
 TEST_F(LogViewTest, LinesHaveTheirColoursOnWhite) {
     store.append(LogColor::Red, LogForm::Hex, std::string(40, '\xEE'));
     store.append(LogColor::Blue, LogForm::Hex, std::string(40, '\xEE'));
@@ -105,16 +98,6 @@ TEST_F(LogViewTest, MarksWithMouseAndKeysAndCopies) {
     QTest::keyClick(&view, Qt::Key_A, Qt::ControlModifier);
     QTest::keyClick(&view, Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(QApplication::clipboard()->text(), QStringLiteral("line 0\nline 1\nline 2\nline 3\nline 4"));
-}
-
-TEST_F(LogViewTest, DraggingBeyondTheEdgeScrollsOn) {
-    append(100);
-    settle();
-    bar().setValue(0);
-    QTest::mousePress(view.viewport(), Qt::LeftButton, Qt::NoModifier, at(0, 0));
-    QTest::mouseMove(view.viewport(), QPoint(10, view.viewport()->height() + 40));
-    EXPECT_TRUE(QTest::qWaitFor([this] { return bar().value() > 5; }));
-    QTest::mouseRelease(view.viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(10, 10));
 }
 
 TEST_F(LogViewTest, MillionsOfLinesCostNothingUntilTheyAreLookedAt) {
