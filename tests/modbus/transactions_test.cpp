@@ -128,6 +128,12 @@ TEST_F(Transactions, HostileReplies) {
     }
 }
 
+TEST_F(Transactions, AnyDeviceMayAnswerAddressZero) {
+    const std::string reply = fromHex("03 03 02 12 34 CC F3");
+    answerWith(reply);
+    EXPECT_EQ(SendReadRequest(test.program, 0, 9820, 1), reply);
+}
+
 TEST_F(Transactions, RepliesMayComeInPiecesUntilTheTimeIsUp) {
     const std::string good = fromHex("03 03 02 12 34 CC F3");
     for (std::size_t cut = 1; cut < good.size(); ++cut) {
