@@ -32,6 +32,10 @@ TEST_F(MainWindowTest, TheProgramDecidesWhatAClickOnACheckedItemMeans) {
     EXPECT_FALSE(form.terminal.checked.get());
     EXPECT_FALSE(action("mnuTerminal").isChecked());
 
+    form.terminal.click = nullptr;
+    action("mnuTerminal").trigger();
+    EXPECT_FALSE(action("mnuTerminal").isChecked());
+
     action("DEV_MONITOR").trigger();
     action("TERMINAL").trigger();
     EXPECT_EQ(form.happened, (Happened{"DEV_MONITOR", "TERMINAL"}));
