@@ -73,9 +73,10 @@ TEST_F(MainWindow, DeviceFunctionsNeedAPortAndADevice) {
                 byToolBar ? window.Toolbar1.buttonClick(key) : item->click();
                 const Boxes& expected = forDevice ? c.device : c.debug;
                 EXPECT_EQ(test.program.shell.commandsAvailable, !expected.empty()) << key << &c - cases;
-                Boxes boxes = test.desktop.takeBoxes();
-                boxes.resize(expected.size());  // an editor that opens reads, and finds no device
-                EXPECT_EQ(boxes, expected) << key << &c - cases;
+                const Boxes boxes = test.desktop.takeBoxes();
+                if (!expected.empty()) {  // else an editor opens, reads, and finds no device
+                    EXPECT_EQ(boxes, expected) << key << &c - cases;
+                }
                 while (!test.program.shell.commandsAvailable) {
                     test.program.windows.close(*test.host.open.back());
                 }

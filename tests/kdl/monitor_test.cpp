@@ -243,7 +243,9 @@ TEST(KdlMonitor, TheProgramMayEndAndTheWindowMayCloseAtAnyMoment) {
                     happened = true;
                     rig.device.commands.clear();
                     rig.view.shown = false;
-                    ends ? rig.mainWindow.closeBoxPressed() : void();
+                    if (ends) {
+                        rig.mainWindow.closeBoxPressed();
+                    }
                 } else if (!happened && rig.device.commands.size() >= 16) {
                     rig.test.program.MonitorRunning = false;
                 }

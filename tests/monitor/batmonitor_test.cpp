@@ -6,8 +6,6 @@
 namespace vek {
 namespace {
 
-using Boxes = std::vector<std::string>;
-
 constexpr const char* settings = "/daten/einstellungen.ini";
 const std::string batteryFile =
     "[BATTERIE_PARA]\r\nU_MODUL=10,73\r\nON_ROFF=0\r\nROFF_VAL=20000\r\nANZ_MODULE=36\r\nMODUL_BER=5000\r\n";
@@ -131,11 +129,6 @@ TEST(BatteryMonitor, OtherDevicesAndTheOtherBus) {
     kdl.runOneCycle();
     EXPECT_TRUE(kdl.test.serial.openings.empty());
     EXPECT_TRUE(kdl.monitor().cmdRunMonitor.enabled && kdl.monitor().cmdClose.enabled);
-
-    BatteryRig nowhere;
-    nowhere.test.program.DeviceAddress = 91;
-    nowhere.runOneCycle();
-    EXPECT_EQ(nowhere.test.desktop.boxes, Boxes{"Fehler|stop|ok|Keine gültige ModBus-Adresse vorhanden"});
 }
 
 TEST(BatteryMonitor, EndsInTheMiddleOfAPoll) {
@@ -150,14 +143,6 @@ TEST(BatteryMonitor, EndsInTheMiddleOfAPoll) {
     EXPECT_NE(closed.file().find("MODUL_BER=7\r\n"), std::string::npos);
     EXPECT_TRUE(closed.released());
     EXPECT_TRUE(closed.boxless()) << "the data are written once";
-
-    // The user gives up after a time-out: every window closes in order, so the data are kept.
-    BatteryRig given("normal", {fault(sim::FaultKind::Silence, 1004)});
-    given.monitor().txtModBer.text = "8";
-    given.test.desktop.answers = {MessageAnswer::Cancel};
-    EXPECT_TRUE(given.test.endsProgram([&] { given.run(); }));
-    EXPECT_EQ(given.test.desktop.boxes, (Boxes{crcDialog, farewell}));
-    EXPECT_NE(given.file().find("MODUL_BER=8\r\n"), std::string::npos);
 
     // The end of the program is at once.
     BatteryRig ended;

