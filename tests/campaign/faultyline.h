@@ -47,7 +47,7 @@ class FaultyLine {
   private:
     void begin(std::string_view frame);
     void drawFaults(Exchange& exchange);
-    bool strike(std::size_t kind);
+    bool strike(std::size_t index);
     bool stayPulledOut();
     void read(std::string_view bytes);
     void observe(sim::SimulatedLine::Direction direction, std::span<const std::uint8_t> frame);

@@ -34,8 +34,9 @@ struct TestProgram {
     FakeFolders folders;
     Program program;
 
-    explicit TestProgram(const NumberLocale& locale = {})
-        : program({desktop, host, serial, profileFiles, folders, locale}) {
+    /// `line` takes the place of `serial`.
+    explicit TestProgram(const NumberLocale& locale = {}, SerialControl* line = nullptr)
+        : program({desktop, host, line != nullptr ? *line : serial, profileFiles, folders, locale}) {
         desktop.run(program.Timer1);
         desktop.run(program.TimeOut);
         desktop.nextInput = [this] { return serial.nextArrival(); };
