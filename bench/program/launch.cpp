@@ -6,7 +6,6 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QStringList>
 #include <stdexcept>
 
 namespace vek::bench {
@@ -33,14 +32,15 @@ QProcessEnvironment environmentFor(const QString& build, const QString& driver, 
 
 }  // namespace
 
-Finding runDriven(const QString& program, const QString& driver, const QString& folder) {
+Finding runDriven(const QString& program, const QString& driver, const QString& folder,
+                  const QStringList& arguments) {
     if (QFileInfo(u"/var/lib/vekXX731_Monitor"_s).isWritable()) {
         fail(u"/var/lib/vekXX731_Monitor holds the settings of the installed program; they would be used"_s);
     }
     const QString build = QDir(QCoreApplication::applicationDirPath() + u"/.."_s).canonicalPath();
     QProcess process;
     process.setProcessEnvironment(environmentFor(build, driver, folder));
-    process.start(build + u'/' + program, QStringList());
+    process.start(build + u'/' + program, arguments);
     const bool ended = process.waitForFinished(longestRunMs);
     const QStringList lines = QString::fromUtf8(process.readAllStandardOutput()).split(u'\n');
     const QStringList words = lines.filter(u"figure "_s).value(0).split(u' ');

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 namespace vek::bench {
 
@@ -15,7 +16,8 @@ inline const QString theProgram = QStringLiteral("bin/vekXX731_Monitor");
 
 /// Runs a program of this build (its path below the build's folder) with this driver to its end, with its
 /// data in `folder`, on a screen that exists only in memory. Throws std::runtime_error when that fails.
-Finding runDriven(const QString& program, const QString& driver, const QString& folder);
+Finding runDriven(const QString& program, const QString& driver, const QString& folder,
+                  const QStringList& arguments = {});
 
 /// The settings with which the program starts in `folder`: COM1, 9600 baud and this frame.
 void writeSettings(const QString& folder, const QByteArray& frame);
