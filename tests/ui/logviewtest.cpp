@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QFontMetricsF>
 #include <QImage>
+#include <QScreen>
 #include <QScrollBar>
 #include <QTest>
 #include <algorithm>
@@ -45,6 +46,7 @@ class LogViewTest : public ::testing::Test {
 TEST_F(LogViewTest, FollowsTheEndUnlessTheUserHasScrolledUp) {
     append(100);
     settle();
+    EXPECT_TRUE(bar().isVisible());
     EXPECT_GT(bar().maximum(), 0);
     EXPECT_EQ(bar().value(), bar().maximum());
 
@@ -77,6 +79,33 @@ TEST_F(LogViewTest, LinesHaveTheirColoursOnWhite) {
     EXPECT_TRUE(colours(0).contains(0xFF0000));
     EXPECT_TRUE(colours(1).contains(0x0000FF));
     EXPECT_EQ(colours(3), std::set<QRgb>{0xFFFFFF});
+}
+
+// Appending and scrolling draw only what comes into view, and the scroll bar only when its handle has moved.
+TEST_F(LogViewTest, TheScreenAlwaysShowsWhatAWholeRepaintWould) {
+    const auto compare = [this](const char* when) {
+        settle();
+        const QImage shown = view.screen()->grabWindow(view.winId()).toImage();
+        const QImage whole = view.grab().toImage().convertToFormat(shown.format());
+        ASSERT_FALSE(shown.isNull());
+        EXPECT_EQ(shown, whole) << when;
+    };
+    store.append(LogColor::Red, LogForm::Hex, std::string(40, '\xEE'));
+    compare("first line");
+    for (const int lines : {1, 4, 6, 30, 1, 2000, 1}) {
+        append(lines);
+        compare(("appended " + std::to_string(lines)).c_str());
+    }
+    for (const int value : {bar().maximum() - 1, 900, 903, 0}) {
+        bar().setValue(value);
+        append(2);
+        compare(("scrolled to " + std::to_string(value)).c_str());
+    }
+    view.horizontalScrollBar()->setValue(17);
+    compare("scrolled to the side");
+    view.resize(250, 317);
+    append(1);
+    compare("resized");
 }
 
 TEST_F(LogViewTest, MarksWithMouseAndKeysAndCopies) {

@@ -76,6 +76,9 @@ constexpr Figure exitDoor[] = {
     {Line, Stroke, "M 13.5 3.5 L 4.5 3.5 L 4.5 20.5 L 13.5 20.5"},
     {Alert, Stroke, "M 10 12 L 21 12 M 16.8 7.8 L 21 12 L 16.8 16.2"},
 };
+constexpr Figure more[] = {
+    {Line, Stroke, "M 5 5 L 12 12 L 5 19 M 12 5 L 19 12 L 12 19"},
+};
 constexpr Figure program[] = {
     {Accent, Fill, "R 1 1 22 22 4.5"},
     {Paper, Stroke, "M 3.8 9.5 L 8 9.5 L 10 4.8 L 13.6 13.6 L 15.4 9.5 L 20.2 9.5"},
@@ -88,12 +91,19 @@ struct Drawing {
 };
 
 constexpr std::string_view programKey;
+constexpr std::string_view moreKey = "MORE";
 constexpr Drawing drawings[] = {
-    {"DEV_MONITOR", monitor},        {"DEV_PARA", parameters},
-    {"DEBUG_VALUE", measuredValues}, {"DEBUG_PARA", parameterRegisters},
-    {"INTERFACE", serialConnector},  {"DEV_ADR", addressTag},
-    {"TERMINAL", terminal},          {"INFO", information},
-    {"MODBUS_EXIT", exitDoor},       {programKey, program},
+    {"DEV_MONITOR", monitor},
+    {"DEV_PARA", parameters},
+    {"DEBUG_VALUE", measuredValues},
+    {"DEBUG_PARA", parameterRegisters},
+    {"INTERFACE", serialConnector},
+    {"DEV_ADR", addressTag},
+    {"TERMINAL", terminal},
+    {"INFO", information},
+    {"MODBUS_EXIT", exitDoor},
+    {programKey, program},
+    {moreKey, more},
 };
 
 /// Takes the figures' path texts apart.
@@ -221,6 +231,10 @@ QIcon toolIcon(const std::string& key) {
 
 QIcon programIcon() {
     return iconFor(programKey);
+}
+
+QIcon moreIcon() {
+    return iconFor(moreKey);
 }
 
 }  // namespace vek

@@ -12,4 +12,7 @@ QIcon toolIcon(const std::string& key);
 /// The picture of the program itself.
 QIcon programIcon();
 
+/// What stands at the end of a bar that has no room for all its entries.
+QIcon moreIcon();
+
 }  // namespace vek

@@ -9,9 +9,14 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <QSignalBlocker>
+#include <QStyle>
+#include <QStyleOptionSlider>
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
+#include <utility>
 
 #include "ui/qt/qttext.h"
 
@@ -36,19 +41,48 @@ int barValue(std::uint64_t value) {
     return static_cast<int>(std::min<std::uint64_t>(value, std::numeric_limits<int>::max()));
 }
 
+/// Draws itself only when its handle has moved on the screen: in a long log each line changes range and
+/// value, which hardly ever shows.
+class CalmScrollBar : public QScrollBar {
+  public:
+    using QScrollBar::QScrollBar;
+
+  protected:
+    void sliderChange(SliderChange change) override {
+        if (handle() != drawn_) {
+            QScrollBar::sliderChange(change);
+        }
+    }
+
+    void paintEvent(QPaintEvent* event) override {
+        drawn_ = handle();
+        QScrollBar::paintEvent(event);
+    }
+
+  private:
+    QRect handle() const {
+        QStyleOptionSlider option;
+        initStyleOption(&option);
+        return style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
+    }
+
+    QRect drawn_;
+};
+
 }  // namespace
 
 LogView::LogView(LogStore& store, QWidget* parent) : QAbstractScrollArea(parent), store_(store) {
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setFocusPolicy(Qt::StrongFocus);
+    setVerticalScrollBar(new CalmScrollBar(Qt::Vertical, this));
     viewport()->setCursor(Qt::IBeamCursor);
+    viewport()->setAutoFillBackground(false);
+    viewport()->setAttribute(Qt::WA_OpaquePaintEvent);  // lines bring their background
     flushTimer_.setSingleShot(true);
     flushTimer_.setInterval(flushMs);
     connect(&flushTimer_, &QTimer::timeout, this, &LogView::flush);
     dragTimer_.setInterval(dragScrollMs);
     connect(&dragTimer_, &QTimer::timeout, this, &LogView::scrollWhileDragging);
-    connect(verticalScrollBar(), &QScrollBar::valueChanged, viewport(), qOverload<>(&QWidget::update));
-    connect(horizontalScrollBar(), &QScrollBar::valueChanged, viewport(), qOverload<>(&QWidget::update));
     setMetrics();
     flush();
     added_ = store.count().observe([this](std::uint64_t /*count*/) { linesAdded(); });
@@ -95,18 +129,47 @@ void LogView::linesAdded() {
 /// Takes in all lines appended since the last time, at a pace that the eye can follow.
 void LogView::flush() {
     const bool follow = atEnd();
-    drawnLines_ = store_.lineCount();
+    const std::uint64_t firstNew = std::exchange(drawnLines_, store_.lineCount());
     updateRanges();
     if (follow) {
         verticalScrollBar()->setValue(verticalScrollBar()->maximum());
     }
-    viewport()->update();
+    updateFrom(firstNew);
+}
+
+/// Has the line and all below it drawn again, as far as they are in view.
+void LogView::updateFrom(std::uint64_t line) {
+    const std::uint64_t row = line - std::min(line, firstLine());
+    if (row <= static_cast<std::uint64_t>(visibleLines())) {
+        QRect below = viewport()->rect();
+        below.setTop(static_cast<int>(row) * lineHeight());
+        viewport()->update(below);
+    }
+}
+
+/// Moves what is drawn already; only what comes into view is to be drawn then.
+void LogView::scrollContentsBy(int dx, int dy) {
+    if (std::abs(dy) > visibleLines()) {
+        viewport()->update();
+    } else {
+        viewport()->scroll(dx, dy * lineHeight());
+    }
+}
+
+/// The last line that can be the first in view.
+void LogView::setLastLine(int line) {
+    QScrollBar& bar = *verticalScrollBar();
+    // Told that the range has changed, the scroll area lays out and draws both its bars, although one that
+    // only grows neither shows nor hides them.
+    const bool onlyGrows = 0 < bar.maximum() && bar.maximum() <= line;
+    const QSignalBlocker quiet(onlyGrows ? &bar : nullptr);
+    bar.setRange(0, line);
 }
 
 void LogView::updateRanges() {
     const int lines = visibleLines();
     verticalScrollBar()->setPageStep(std::max(lines, 1));
-    verticalScrollBar()->setRange(0, std::max(barValue(drawnLines_) - lines, 0));
+    setLastLine(std::max(barValue(drawnLines_) - lines, 0));
     const double textWidth = characterWidth_ * static_cast<double>(store_.widestLine()) + 2 * margin;
     const double hidden = std::ceil(textWidth) - viewport()->width();
     horizontalScrollBar()->setSingleStep(static_cast<int>(characterWidth_));
@@ -213,14 +276,14 @@ void LogView::paintLine(QPainter& painter, std::uint64_t line, int top, const Sp
     painter.drawText(QPointF(left, top + fontMetrics().ascent()), text);
 }
 
-void LogView::paintEvent(QPaintEvent* /*event*/) {
+void LogView::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
-    painter.fillRect(viewport()->rect(), Qt::white);
+    const QRect& part = event->rect();
+    painter.fillRect(part, Qt::white);
     const Span marked = selection();
-    const std::uint64_t first = firstLine();
-    const std::uint64_t end = std::min(drawnLines_, first + static_cast<std::uint64_t>(visibleLines()) + 1);
-    int top = 0;
-    for (std::uint64_t line = first; line < end; ++line) {
+    int top = part.top() - part.top() % lineHeight();
+    for (std::uint64_t line = firstLine() + static_cast<std::uint64_t>(top / lineHeight());
+         line < drawnLines_ && top <= part.bottom(); ++line) {
         paintLine(painter, line, top, marked);
         top += lineHeight();
     }

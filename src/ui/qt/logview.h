@@ -38,6 +38,7 @@ class LogView : public QAbstractScrollArea {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -68,6 +69,8 @@ class LogView : public QAbstractScrollArea {
     QString lineText(std::uint64_t line) const;
     void linesAdded();
     void flush();
+    void updateFrom(std::uint64_t line);
+    void setLastLine(int line);
     void updateRanges();
     void setMetrics();
     bool atEnd() const;

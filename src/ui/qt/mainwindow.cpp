@@ -27,6 +27,8 @@ MainWindow::MainWindow(Form& form, Dispatcher& dispatcher)
     setObjectName(toQt(form.name));
     setWindowIcon(programIcon());
     setCentralWidget(area_);
+    area_->viewport()->setAutoFillBackground(false);
+    area_->viewport()->setAttribute(Qt::WA_OpaquePaintEvent);  // it fills itself; once is enough
     makeMenu(form.menu(), *this, links_);
     if (ToolBar* bar = form.toolBar()) {
         makeToolBar(*bar, *this, links_);

@@ -11,6 +11,8 @@
 #include <QStyleOption>
 #include <QVariant>
 
+#include "ui/qt/icons.h"
+
 namespace vek {
 
 namespace {
@@ -115,6 +117,12 @@ void addMenuBarKey(QMenuBar& bar, QAction& action) {
 
 void addMenuKeys(QMenu& menu) {
     new LetterKeys(menu);
+}
+
+QIcon MnemonicStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
+                                  const QWidget* widget) const {
+    return which == SP_ToolBarHorizontalExtensionButton ? moreIcon()
+                                                        : QProxyStyle::standardIcon(which, option, widget);
 }
 
 int MnemonicStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QObject>
 #include <QProxyStyle>
 #include <QString>
@@ -28,7 +29,8 @@ void addMenuBarKey(QMenuBar& bar, QAction& action);
 void addMenuKeys(QMenu& menu);
 
 /// Draws the texts with their letters underlined and every "&" as what it is; buttons of dialogs have plain
-/// texts.
+/// texts. Its mark for bars that are too short is drawn, too: the toolkit's own one is a picture file, which
+/// at the start of the program would load the readers of all formats.
 class MnemonicStyle : public QProxyStyle {
     Q_OBJECT
 
@@ -37,6 +39,8 @@ class MnemonicStyle : public QProxyStyle {
 
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+    QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
+                       const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* data) const override;
 };
