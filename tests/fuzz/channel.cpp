@@ -79,7 +79,8 @@ class Tool {
   private:
     void answer(std::string_view request) {
         const std::size_t first = BytesToWord(request.substr(2)) - std::size_t{1000};
-        const std::string data = registers_.bytes.substr(2 * first, 2 * BytesToWord(request.substr(4)));
+        const std::string data =
+            registers_.bytes.substr(2 * first, std::size_t{2} * BytesToWord(request.substr(4)));
         std::string reply = std::string("\x03\x03") + static_cast<char>(data.size()) + data;
         reply += ComputeCrc(reply);
         if (reads_++ == spoiled_) {

@@ -1,6 +1,7 @@
 // What a device may answer on the KDL bus, and what the monitor shows of it. Input: length of the reply's
 // first part, milliseconds between the parts, the reply.
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "fuzz.h"
@@ -86,9 +87,23 @@ void checkRow(std::string_view reply) {
 
 void checkParameter(std::string_view reply) {
     const std::string value = KdlParameterValueText(reply);
-    require(reply.ends_with(value) || reply.find(value + ' ') != std::string_view::npos,
-            "a parameter's value is the end of what the device has sent");
     require(!value.starts_with(' ') && !value.ends_with(' '), "a parameter's value has no blanks around it");
+    while (reply.ends_with(' ')) {
+        reply.remove_suffix(1);
+    }
+    require(reply.ends_with(value), "a parameter's value is the end of what the device has sent");
+    if (value.empty() || value == reply) {
+        return;
+    }
+    reply.remove_suffix(value.size());
+    while (reply.ends_with(' ')) {
+        reply.remove_suffix(1);
+    }
+    constexpr std::array<std::string_view, 13> marks = {"kO", "Hz",  "/V", "uF", "off",   "nc", "no",
+                                                        "r=", "dig", "/s", "/h", "STDBY", "on"};
+    require(
+        std::any_of(marks.begin(), marks.end(), [&](std::string_view mark) { return reply.ends_with(mark); }),
+        "a parameter's value stands behind its unit");
 }
 
 void run(Input input) {

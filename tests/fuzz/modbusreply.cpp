@@ -80,6 +80,7 @@ void checkRead(Line& line, std::uint16_t count) {
     const auto data = readData(line.test.program, 3001, count);
     require(!data || data->size() == 2 * std::size_t{count}, "data are complete or none");
     require(!data || line.reply.substr(3, data->size()) == *data, "data are what the device has sent");
+    require(!data || line.reply.size() >= data->size() + 5, "a CRC does not pass for data");
     require(!data || line.test.desktop.boxes.empty(), "no message about data that came");
     require(line.test.desktop.boxes.size() <= 1, "one message for one failure");
 }

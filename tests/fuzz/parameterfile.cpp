@@ -34,9 +34,9 @@ std::string load(TestProgram& test, ParameterControls& controls, const char* pat
 /// on one line.
 bool survivesAFile(const std::string& text) {
     constexpr std::string_view lost = " \t\"'";
-    return text.empty() || (lost.find(text.front()) == std::string_view::npos &&
-                            lost.find(text.back()) == std::string_view::npos &&
-                            text.find('\r') == std::string::npos);
+    return text.empty() ||
+           (lost.find(text.front()) == std::string_view::npos &&
+            lost.find(text.back()) == std::string_view::npos && text.find('\r') == std::string::npos);
 }
 
 bool allSurviveAFile(const TestProgram& test, const ParameterControls& c) {
