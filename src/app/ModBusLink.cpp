@@ -171,9 +171,9 @@ std::string ModBusLink::chosenFrameFormat() const {
 }
 
 void ModBusLink::storeSettings() {
-    SetProfileValue(program_, "COM", signedText(program_.ComPort), "RS485");
-    SetProfileValue(program_, "BAUD", signedText(program_.BaudRate), "RS485");
-    SetProfileValue(program_, "FRAME", program_.FrameFormat, "RS485");
+    SetProfileValues(program_, {{"RS485", "COM", signedText(program_.ComPort)},
+                                {"RS485", "BAUD", signedText(program_.BaudRate)},
+                                {"RS485", "FRAME", program_.FrameFormat}});
 }
 
 Box ModBusLink::layout() {

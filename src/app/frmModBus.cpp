@@ -5,6 +5,7 @@
 #include <memory>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "app/ModBusLink.h"
 #include "app/frmAbout.h"
@@ -32,23 +33,19 @@ constexpr int standardHeight = 10800;
 /// Twips between a window's height and that of the text box in it.
 constexpr int terminalBorder = 400;
 
-struct SettingDefault {
-    const char* section;
-    const char* key;
-    const char* value;
-};
-
 /// What a new settings file holds, in the order of its lines.
-constexpr std::array<SettingDefault, 8> settingDefaults = {{
-    {"RS485", "COM", "0"},
-    {"RS485", "BAUD", "0"},
-    {"RS485", "FRAME", ""},
-    {"BATTERIE_PARA", "U_MODUL", "10,73"},
-    {"BATTERIE_PARA", "ON_ROFF", "0"},
-    {"BATTERIE_PARA", "ROFF_VAL", "20000"},
-    {"BATTERIE_PARA", "ANZ_MODULE", "36"},
-    {"BATTERIE_PARA", "MODUL_BER", "5000"},
-}};
+std::vector<ProfileEntry> settingDefaults() {
+    return {
+        {"RS485", "COM", "0"},
+        {"RS485", "BAUD", "0"},
+        {"RS485", "FRAME", ""},
+        {"BATTERIE_PARA", "U_MODUL", "10,73"},
+        {"BATTERIE_PARA", "ON_ROFF", "0"},
+        {"BATTERIE_PARA", "ROFF_VAL", "20000"},
+        {"BATTERIE_PARA", "ANZ_MODULE", "36"},
+        {"BATTERIE_PARA", "MODUL_BER", "5000"},
+    };
+}
 
 template <class Number>
 Number settingNumber(const std::string& text) {
@@ -148,9 +145,7 @@ void frmModBus::load() {
 void frmModBus::readSettings() {
     program_.ProfilePath = settingsFilePath(program_);
     if (GetProfileValue(program_, "COM", "RS485").empty()) {
-        for (const SettingDefault& row : settingDefaults) {
-            SetProfileValue(program_, row.key, row.value, row.section);
-        }
+        SetProfileValues(program_, settingDefaults());
     }
     program_.ComPort = settingNumber<std::int16_t>(GetProfileValue(program_, "COM", "RS485"));
     program_.BaudRate = settingNumber<std::int32_t>(GetProfileValue(program_, "BAUD", "RS485"));

@@ -72,14 +72,11 @@ void frmBatMonitor::readBatteryData() {
 }
 
 void frmBatMonitor::writeBatteryData() {
-    const auto write = [this](const char* key, const std::string& value) {
-        SetProfileValue(program_, key, value, batterySection);
-    };
-    write("ANZ_MODULE", txtAnzBatModul.text);
-    write("U_MODUL", txtBatVoltage.text);
-    write("MODUL_BER", txtModBer.text);
-    write("ROFF_VAL", txtRoffVal.text);
-    write("ON_ROFF", chkRoffset.value ? "1" : "0");
+    SetProfileValues(program_, {{batterySection, "ANZ_MODULE", txtAnzBatModul.text},
+                                {batterySection, "U_MODUL", txtBatVoltage.text},
+                                {batterySection, "MODUL_BER", txtModBer.text},
+                                {batterySection, "ROFF_VAL", txtRoffVal.text},
+                                {batterySection, "ON_ROFF", chkRoffset.value ? "1" : "0"}});
 }
 
 void frmBatMonitor::showSlotNames() {

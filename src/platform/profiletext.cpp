@@ -65,12 +65,12 @@ struct Line {
 };
 
 Line lineAt(std::string_view file, std::size_t begin) {
-    const std::size_t feed = file.find('\n', begin);
-    if (feed == std::string_view::npos) {
-        return {begin, file.size(), file.size()};
+    const std::size_t feed = std::min(file.find('\n', begin), file.size());
+    std::size_t end = feed;
+    while (end > begin && file[end - 1] == '\r') {
+        --end;
     }
-    const bool crlf = feed > begin && file[feed - 1] == '\r';
-    return {begin, crlf ? feed - 1 : feed, feed + 1};
+    return {begin, end, std::min(feed + 1, file.size())};
 }
 
 /// Name in a `[section]` line; anything behind the bracket does not count.

@@ -10,9 +10,10 @@
 namespace vek {
 
 // What a profile file holds, without the file: Windows-1252 bytes in, Windows-1252 bytes out, in time linear
-// to the text. Lines end with LF or CRLF; a line is a `[section]`, a comment (";" first), a key=value, or
-// something else that is left alone. Blanks and tabs around section and key names do not count. A UTF-8
-// byte-order mark at the start is passed over.
+// to the text. Lines end with LF, and any CRs before it or before the end of the file belong to the line
+// break; a line is a `[section]`, a comment (";" first), a key=value, or something else that is left alone.
+// Blanks and tabs around section and key names do not count. A UTF-8 byte-order mark at the start is passed
+// over.
 
 /// Value of the first such key in the first such section, without blanks and tabs around it and without one
 /// pair of quotes around the whole; a part of `file`. "" when there is none.

@@ -53,15 +53,16 @@ std::string ProfileSnapshot::value(std::string_view key, std::string_view sectio
     return value;
 }
 
-void SetProfileValue(Program& program, std::string_view key, std::string_view value,
-                     std::string_view section) {
+void SetProfileValues(Program& program, std::vector<ProfileEntry> values) {
     if (program.ProfilePath.empty()) {
-        showError(program, "Keine gültige Parameter-Datei vorhanden");
+        for (std::size_t index = 0; index < values.size(); ++index) {
+            showError(program, "Keine gültige Parameter-Datei vorhanden");
+        }
         return;
     }
-    if (!key.empty()) {
-        program.profileFiles.write(program.ProfilePath,
-                                   {{std::string(section), std::string(key), std::string(value)}});
+    std::erase_if(values, [](const ProfileEntry& value) { return value.key.empty(); });
+    if (!values.empty()) {
+        program.profileFiles.write(program.ProfilePath, values);
     }
 }
 

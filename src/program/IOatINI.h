@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "program/program.h"
 
@@ -32,9 +33,9 @@ class ProfileSnapshot {
     std::string text_;
 };
 
-/// Writes key=value into the section of the file at ProfilePath. Without a ProfilePath: a message and nothing
-/// is written. An empty key writes nothing. A file that cannot be written stays as it is.
-void SetProfileValue(Program& program, std::string_view key, std::string_view value,
-                     std::string_view section);
+/// Writes all values to the file at ProfilePath in one step: whenever the program is stopped, the file holds
+/// all the old values or all the new ones. Without a ProfilePath: a message for each value and nothing is
+/// written. Values without a key are left out. A file that cannot be written stays as it is.
+void SetProfileValues(Program& program, std::vector<ProfileEntry> values);
 
 }  // namespace vek

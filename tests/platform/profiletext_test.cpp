@@ -20,6 +20,8 @@ TEST(ProfileText, FindsTheValue) {
         {"[A\nk=1\n", "A", "k", ""},
         {"[A]\nk=a=b\n", "A", "k", "a=b"},
         {"[A]\nk=\n", "A", "k", ""},
+        {"[A]\r\r\nk=1\r\r\n", "A", "k", "1"},
+        {"[A]\nk=1\r", "A", "k", "1"},
         {"[A]\nk=\" 3 \"\n", "A", "k", " 3 "},
         {"[A]\nk='3'\n", "A", "k", "3"},
         {"[A]\nk=\"3'\n", "A", "k", "\"3'"},
@@ -54,6 +56,7 @@ TEST(ProfileText, SetsTheValueAndKeepsAllElse) {
         {"", "[S]\r\nk= 7\r\n"},
         {"\xEF\xBB\xBF", "\xEF\xBB\xBF[S]\r\nk= 7\r\n"},
         {"[T]\nk=1", "[T]\nk=1\n[S]\nk= 7\n"},
+        {"[T]\nk=1\r", "[T]\nk=1\r\n[S]\nk= 7\n"},
         {"[T]\r\nk=1\r\n\r\n", "[T]\r\nk=1\r\n\r\n[S]\r\nk= 7\r\n"},
         {"k=1\n[T]\r\n", "k=1\n[T]\r\n[S]\r\nk= 7\r\n"},
     };

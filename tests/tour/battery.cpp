@@ -74,9 +74,8 @@ void watchScenes(Tour& tour) {
                                                                  scene.module, scene.counting, scene.count));
         tour.picture(u"frmBatMonitor"_s, scene.picture);
     }
-    if (tour.indicator(u"LED_3"_s) != red) {
-        throw TourFailure(u"a capacitance above the range must be red"_s);
-    }
+    // The state is read after the value.
+    expectIndicator(tour, u"LED_3"_s, red, u"red, as the capacitance is above the range"_s, 10);
 }
 
 void expectSaved(Tour& tour, const QString& line) {

@@ -14,11 +14,17 @@
 #include <QPointer>
 #include <QTest>
 #include <QThread>
+#include <algorithm>
 #include <cstdio>
 
 namespace {
 
 constexpr int lookInterval = 10;  // milliseconds
+
+/// How many times longer than usual everything may take, as under a tool that slows the program down.
+int patience() {
+    return std::max(1, qEnvironmentVariableIntValue("TOUR_PATIENCE"));
+}
 
 void print(const QString& line) {
     std::printf("%s\n", line.toUtf8().constData());
@@ -78,7 +84,7 @@ void Tour::waitFor(const QString& what, const std::function<bool()>& condition, 
     QElapsedTimer timer;
     timer.start();
     while (!inProgram(condition)) {
-        if (timer.elapsed() > seconds * 1000) {
+        if (timer.elapsed() > qint64{seconds} * 1000 * patience()) {
             throw TourFailure(QStringLiteral("not seen within %1 s: %2").arg(seconds).arg(what));
         }
         QThread::msleep(lookInterval);

@@ -8,7 +8,7 @@ namespace vek {
 enum class FileRead {
     Ok,
     Missing,
-    Refused,  ///< there, but unreadable, no regular file, or beyond 256 MiB
+    Refused,  ///< there, but unreadable, no regular file, or beyond 8 MiB
 };
 
 /// Reads a whole regular file; links are followed. `bytes` is unchanged unless Ok. Never blocks on a pipe or
