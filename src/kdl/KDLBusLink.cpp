@@ -10,6 +10,7 @@ namespace {
 
 constexpr int pauseBeforeRequest = 5;  // milliseconds
 constexpr int replyTimeOut = 200;
+constexpr Milliseconds longestDelay{200};    // of a reply that has missed its time
 constexpr std::size_t maximumReply = 65536;  // what is beyond it, is noise
 constexpr Milliseconds sendQueueLook{1};
 constexpr Milliseconds sendLimit{2000};
@@ -59,6 +60,17 @@ Bytes collectReply(Program& program) {
     }
 }
 
+/// No reply says what it answers: one that comes late would pass for the answer to the next request, and each
+/// reply behind it for that to the one after. Waits for it, as far as it can still come.
+void discardLateReply(Program& program) {
+    Bytes late = program.RS485.readInput();
+    while (program.desktop.now() < program.lateReplyLimit && !late.ends_with(kdlLineEnd)) {
+        waitForEvents(program, program.lateReplyLimit);
+        late += program.RS485.readInput();
+    }
+    program.lateReplyLimit = {};
+}
+
 }  // namespace
 
 void KdlOpenPort(Program& program) {
@@ -89,7 +101,7 @@ void KdlSetAddress(Program& program, std::string_view addressText) {
 Bytes KdlTransact(Program& program, std::string_view command) {
     Bytes request = program.KdlAddressPrefix + Bytes(command);
     KdlAppendChecksum(request);
-    program.RS485.readInput();
+    discardLateReply(program);
     DelayMs(program, pauseBeforeRequest);
     // A late reply that comes in the pause must not pass for the answer to this request.
     program.RS485.readInput();
@@ -101,6 +113,8 @@ Bytes KdlTransact(Program& program, std::string_view command) {
     StopTimeOut(program);
     logText(program, LogColor::Blue, reply);
     if (!reply.ends_with(kdlLineEnd)) {
+        program.lateReplyLimit =
+            program.RS485.isConnected() ? program.desktop.now() + longestDelay : TimePoint{};
         return kdlTimeOutError;
     }
     reply.resize(reply.size() - 2);

@@ -23,7 +23,8 @@ void KdlClosePort(Program& program);
 void KdlSetAddress(Program& program, std::string_view addressText);
 
 /// One request: the payload of the reply, or "#TIMEOUT_ERROR#" when no complete reply came within 200 ms
-/// after the last byte of the request was sent.
+/// after the last byte of the request was sent. A request right behind one without a reply waits up to 200 ms
+/// more, in which a late reply is thrown away.
 Bytes KdlTransact(Program& program, std::string_view command);
 
 /// Processes events for that many milliseconds.

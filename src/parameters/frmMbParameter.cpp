@@ -1,11 +1,9 @@
 #include "parameters/frmMbParameter.h"
 
-#include "kdl/kdlparametervalue.h"
 #include "parameters/editorlayout.h"
 #include "parameters/kdlreadparameters.h"
 #include "parameters/kdlwriteparameters.h"
 #include "parameters/parameterfiles.h"
-#include "parameters/parametertable.h"
 #include "parameters/readparameters.h"
 #include "parameters/writeparameters.h"
 
@@ -48,7 +46,7 @@ void frmMbParameter::load() {
     if (program_.kdlActive()) {
         applyTypeLayout(*this, program_.DeviceType);
         applyKdlLayout(*this, program_.DeviceType);
-        tieSwitches();
+        switches_.tie(program_.DeviceType);
     } else {
         applyModbusLayout(*this, program_.DeviceType);
     }
@@ -77,45 +75,26 @@ void frmMbParameter::readDevice() {
 }
 
 /// What the user does meanwhile waits for the end: a value typed halfway must not be written, nor a set be
-/// left half written by the closing of a window.
+/// left half written by the closing of a window. It is heard before the buttons can be pressed again, so that
+/// a second press meanwhile writes no second time.
 void frmMbParameter::writeDevice() {
-    const InputHold hold(program_.desktop);
-    if (program_.kdlActive()) {
-        KdlWriteParameters(program_, *this);
-    } else {
-        WriteParameters(program_, *this);
+    {
+        const InputHold hold(program_.desktop);
+        if (program_.kdlActive()) {
+            KdlWriteParameters(program_, *this);
+        } else {
+            WriteParameters(program_, *this);
+        }
     }
+    program_.desktop.processEvents();
 }
 
 void frmMbParameter::loadFile() {
-    LoadParameterFile(program_, *this);
-    if (program_.kdlActive()) {
-        for (const ParameterRow* row : kdlRowsInOrder(kdlWriteOrder(), program_.DeviceType)) {
-            followSwitch(*row);
-        }
+    switches_.pause();
+    if (LoadParameterFile(program_, *this)) {
+        switches_.textsFollow();
     }
-}
-
-/// Over the KDL bus a threshold has no register that switches it: the text of its box alone is written, so
-/// that the box has to say what its check box shows.
-void frmMbParameter::tieSwitches() {
-    for (const ParameterRow* row : kdlRowsInOrder(kdlWriteOrder(), program_.DeviceType)) {
-        if (row->kdl.onOff != nullptr) {
-            (this->*row->kdl.onOff).click = [this, row] { followSwitch(*row); };
-        }
-    }
-}
-
-void frmMbParameter::followSwitch(const ParameterRow& row) {
-    if (row.kdl.onOff == nullptr || !(this->*row.kdl.onOff).visible) {
-        return;
-    }
-    TextBox& box = this->*std::get<NumberParameter>(row.kind).box;
-    if (!(this->*row.kdl.onOff).value) {
-        box.text = kdlOffText;
-    } else if (box.text.get() == kdlOffText) {
-        box.text = "";
-    }
+    switches_.resume();
 }
 
 Box frmMbParameter::thresholds() {

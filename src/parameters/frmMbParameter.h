@@ -1,11 +1,10 @@
 #pragma once
 
 #include "parameters/parametercontrols.h"
+#include "parameters/thresholdswitches.h"
 #include "program/childform.h"
 
 namespace vek {
-
-struct ParameterRow;
 
 /// The parameter editor: shows the parameter set of the device, reads and writes it over the protocol in use,
 /// loads and saves parameter files.
@@ -27,13 +26,13 @@ class frmMbParameter : public ChildForm, public ParameterControls {
     void readDevice();
     void writeDevice();
     void loadFile();
-    void tieSwitches();
-    void followSwitch(const ParameterRow& row);
     void useDevice(void (frmMbParameter::*operation)());
 
     Box thresholds();
     Box relays();
     Box lineSettings();
+
+    ThresholdSwitches switches_{*this};
 };
 
 }  // namespace vek

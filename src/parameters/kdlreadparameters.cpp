@@ -7,6 +7,7 @@
 #include "kdl/kdlparametervalue.h"
 #include "parameters/ParamValueText.h"
 #include "parameters/parametertable.h"
+#include "parameters/unreadparameters.h"
 #include "platform/textcodec.h"
 
 namespace vek {
@@ -94,6 +95,7 @@ void readParameter(Program& program, C& controls, const ParameterRow& row) {
     }
     const std::string text = utf8FromWindows1252(
         KdlParameterValueText(KdlTransact(program, readRequest(row, program.DeviceType))));
+    noteAnswer(controls, row, !text.empty());
     const ShowValue value{program, controls, row, text};
     if (row.field == ParameterField::ZeAktiv) {
         showImpedanceMeasurement(value);

@@ -11,6 +11,8 @@
 #include "parameters/ParamValueText.h"
 #include "parameters/bussettings.h"
 #include "parameters/parametertable.h"
+#include "parameters/unreadparameters.h"
+#include "platform/leadingnumber.h"
 
 namespace vek {
 
@@ -18,27 +20,39 @@ namespace {
 
 using C = ParameterControls;
 
+/// What a device says to a value.
+enum class Answer : std::uint8_t { Acknowledged, Refused, None };
+
 struct Writing {
     Program& program;
     C& controls;
     const ParameterRow& row;
 
     /// The device acknowledges with an empty reply.
-    bool transact(const std::string& command) const { return KdlTransact(program, command).empty(); }
-
-    /// False also when the number was not selected: the value would then go to the number selected before.
-    bool send(std::string_view value) const {
-        const int number = rowOfType(row.kdl.numbers, program.DeviceType)->number;
-        return transact(":CAN " + std::to_string(number)) && transact(":TRSH " + std::string(value));
+    Answer transact(const std::string& command) const {
+        const Bytes reply = KdlTransact(program, command);
+        return reply.empty() ? Answer::Acknowledged
+                             : (reply == kdlTimeOutError ? Answer::None : Answer::Refused);
     }
 
-    void report(bool acknowledged, const char* failure) const {
-        if (!acknowledged) {
-            showError(program, failure, writeErrorTitle);
+    /// No value follows a number whose selection is not acknowledged: it would go to the one selected before.
+    Answer send(std::string_view value) const {
+        const int number = rowOfType(row.kdl.numbers, program.DeviceType)->number;
+        if (transact(":CAN " + std::to_string(number)) != Answer::Acknowledged) {
+            return Answer::Refused;
+        }
+        return transact(":TRSH " + std::string(value));
+    }
+
+    void reportFailure() const { showError(program, writeFailureOf(controls, row), writeErrorTitle); }
+
+    void report(Answer answer) const {
+        if (answer != Answer::Acknowledged) {
+            reportFailure();
         }
     }
 
-    void sendReported(std::string_view value) const { report(send(value), row.writeFailure); }
+    void sendReported(std::string_view value) const { report(send(value)); }
 };
 
 /// Whether the text can stand in a request, whose end is marked by "&", and says something.
@@ -47,9 +61,10 @@ bool isSendable(std::string_view text) {
            std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~' && c != '&'; });
 }
 
+/// The text goes out as it is: one that can be read in two ways ("1 00", "1e2") is in no range.
 bool isInRange(std::string_view text, const NumberRange& range) {
     const double value = ParamValueText(text);
-    return value >= range.lowest && value <= range.highest;
+    return value >= range.lowest && value <= range.highest && value == leadingNumber(text);
 }
 
 /// Whether a 0 switches a resistance threshold off: while its check box is shown, which is beside an
@@ -99,15 +114,12 @@ struct WriteKind : Writing {
         }
     }
 
-    void operator()(const FlagParameter& flag) const {
-        sendCode((controls.*flag.box).value ? 1 : 0, row.writeFailure);
-    }
+    void operator()(const FlagParameter& flag) const { sendCode((controls.*flag.box).value ? 1 : 0); }
 
     void operator()(const ChoiceParameter& choice) const {
         const ChoiceParameter::Option* option = selectedOption(controls, choice);
         if (option != nullptr) {
-            sendCode(option->kdlCode.value_or(option->code),
-                     option->writeFailure != nullptr ? option->writeFailure : row.writeFailure);
+            sendCode(option->kdlCode.value_or(option->code));
         } else if (choice.noneSelected != nullptr) {
             showError(program, choice.noneSelected, choice.noneSelectedTitle);
         }
@@ -116,9 +128,8 @@ struct WriteKind : Writing {
     /// The bus has no alarm assignment.
     void operator()(const AlarmMaskParameter& /*mask*/) const {}
 
-    void sendCode(std::uint16_t code, const char* failure) const {
-        report(row.kdl.query != nullptr ? transact(row.kdl.orders.at(code)) : send(std::to_string(code)),
-               failure);
+    void sendCode(std::uint16_t code) const {
+        report(row.kdl.query != nullptr ? transact(row.kdl.orders.at(code)) : send(std::to_string(code)));
     }
 };
 
@@ -146,8 +157,19 @@ std::string_view addressDigits(std::string_view text) {
     return valid ? digits : std::string_view();
 }
 
-/// The device is asked at its new address from here on. An address that the link cannot take would end the
-/// program in the middle of the set, so that it is refused before the device hears of it.
+void follow(Program& program, const std::string& address) {
+    KdlClosePort(program);
+    KdlSetAddress(program, address);
+    KdlOpenPort(program);
+}
+
+bool isThere(Program& program) {
+    return KdlTransact(program, ":TRSH? 14") != kdlTimeOutError;
+}
+
+/// The device is asked at its new address from here on; whether one that said nothing has moved, it must show
+/// there. An address that the link cannot take would end the program in the middle of the set, so that it is
+/// refused before the device hears of it.
 void writeAddress(const Writing& writing) {
     Program& program = writing.program;
     const std::string address(addressDigits(writing.controls.txtAdresse.text.get()));
@@ -155,14 +177,18 @@ void writeAddress(const Writing& writing) {
         showError(program, addressRefused);
         return;
     }
-    const bool acknowledged = writing.send(address);
-    writing.report(acknowledged, writing.row.writeFailure);
-    if (!acknowledged) {
+    const Answer answer = writing.send(address);
+    if (answer == Answer::Refused) {
+        writing.reportFailure();
         return;
     }
-    KdlClosePort(program);
-    KdlSetAddress(program, address);
-    KdlOpenPort(program);
+    const std::string before = program.KdlAddressPrefix.substr(2);
+    follow(program, address);
+    if (answer == Answer::None && !isThere(program)) {
+        follow(program, before);
+        writing.reportFailure();
+        return;
+    }
     program.shell.addressPanel = "KDL-Geräteadresse = " + address;
 }
 
@@ -178,7 +204,7 @@ void endAfterSwitchToModbus(Program& program, std::int32_t baudRate) {
     UnloadAllWindows(program);
 }
 
-/// A Modbus rate other than the present one takes the device off the KDL bus.
+/// A Modbus rate other than the present one takes the device off the KDL bus, perhaps before it has said so.
 void writeBaudRate(const Writing& writing) {
     Program& program = writing.program;
     const auto* option = selectedOption(writing.controls, std::get<ChoiceParameter>(writing.row.kind));
@@ -186,9 +212,9 @@ void writeBaudRate(const Writing& writing) {
     if (baudRate == 0 || baudRate == program.BaudRate) {
         return;
     }
-    const bool acknowledged = writing.send(std::to_string(option->code));
-    writing.report(acknowledged, writing.row.writeFailure);
-    if (acknowledged) {
+    if (writing.send(std::to_string(option->code)) == Answer::Refused) {
+        writing.reportFailure();
+    } else {
         endAfterSwitchToModbus(program, baudRate);
     }
 }
@@ -207,6 +233,10 @@ constexpr std::array<SpecialWrite, 3> specialWrites = {{
 
 void writeParameter(const Writing& writing) {
     if (writing.row.needsImpedance != NeedsImpedance::Never && !writing.controls.chkZe.value) {
+        return;
+    }
+    if (showsUnread(writing.controls, writing.row)) {
+        writing.reportFailure();
         return;
     }
     for (const SpecialWrite& special : specialWrites) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bitset>
 #include <cstddef>
 #include <string>
 #include <utility>
@@ -20,6 +21,8 @@ class AlarmBoxes {
     const CheckBox& operator[](std::size_t number) const { return boxes_.at(number - 1); }
     auto begin() { return boxes_.begin(); }
     auto end() { return boxes_.end(); }
+    auto begin() const { return boxes_.begin(); }
+    auto end() const { return boxes_.end(); }
 
   private:
     template <std::size_t... index>
@@ -40,6 +43,9 @@ struct ParameterControls {
 
     /// Enables and shows what belongs to the impedance measurement while it is on.
     void followImpedanceMeasurement();
+
+    /// By ParameterField: the last read had no answer from the device.
+    std::bitset<64> unread;
 
     Frame Frame1{"Frame1", "Relais 1"};
     OptionButton optR1no{Frame1, "optR1no", "Arbeitsstrom (n.o.)"};

@@ -207,7 +207,7 @@ std::string parameterFileName(std::string_view deviceName) {
     return name + ".GPM";
 }
 
-void LoadParameterFile(Program& program, ParameterControls& controls) {
+bool LoadParameterFile(Program& program, ParameterControls& controls) {
     program.ProfilePath = chosenFile(program, {.title = "Parameter-Datei öffnen",
                                                .fileName = filePattern,
                                                .filterName = fileFilterName,
@@ -215,17 +215,19 @@ void LoadParameterFile(Program& program, ParameterControls& controls) {
                                                .purpose = FileDialog::Purpose::Open});
     const ProfileSnapshot file(program);
     if (!belongsToDevice(program, file) || program.DeviceType == typeWithoutFile) {
-        return;
+        return false;
     }
     const char* model = modelName(program.DeviceType);
     if (model == nullptr) {
         showError(program, "Parameter konnten nicht eingelesen werden");
-        return;
+        return false;
     }
     for (const ParameterRow* row : rowsInOrder(fileOrder(), program.DeviceType)) {
         std::visit(LoadKind{file, controls, *row, program.DeviceType}, row->kind);
     }
+    controls.unread.reset();
     showNote(program, std::string("Geräte-Parameter für ") + model + " aus Parameter-Datei eingelesen.");
+    return true;
 }
 
 void SaveParameterFile(Program& program, const ParameterControls& controls) {

@@ -15,8 +15,8 @@ std::string parameterFileName(std::string_view deviceName);
 
 /// Fills the editor from a parameter file that the user chooses; without a choice, from the file of the
 /// device's name in the working folder. A file of another device is refused and changes nothing. Tells the
-/// user what came of it. ProfilePath stays at the file.
-void LoadParameterFile(Program& program, ParameterControls& controls);
+/// user what came of it. ProfilePath stays at the file. False when nothing was loaded.
+bool LoadParameterFile(Program& program, ParameterControls& controls);
 
 /// Writes the editor's content to a parameter file that the user chooses; without a choice, to the file of
 /// the device's name in the working folder. Whatever else stands in the file stays; a file that cannot be

@@ -606,6 +606,12 @@ const ChoiceParameter::Option* selectedOption(const ParameterControls& controls,
     return found == choice.options.end() ? nullptr : &*found;
 }
 
+const char* writeFailureOf(const ParameterControls& controls, const ParameterRow& row) {
+    const auto* choice = std::get_if<ChoiceParameter>(&row.kind);
+    const auto* option = choice != nullptr ? selectedOption(controls, *choice) : nullptr;
+    return option != nullptr && option->writeFailure != nullptr ? option->writeFailure : row.writeFailure;
+}
+
 std::span<const ParameterField> readOrder() {
     return readOrderFields;
 }

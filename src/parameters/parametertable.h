@@ -121,7 +121,7 @@ using ParameterKind = std::variant<NumberParameter, FlagParameter, ChoiceParamet
 enum class NeedsImpedance : std::uint8_t {
     Never,
     ToWrite,         ///< written only while the measurement is on
-    ToReadAndWrite,  ///< neither read nor written while it is off; its box then shows "---"
+    ToReadAndWrite,  ///< neither read nor written while it is off; its box then shows that
 };
 
 /// What a flag's reply on the KDL bus says.
@@ -165,6 +165,9 @@ const NumberRange& rangeOf(const NumberParameter& number, std::uint8_t deviceTyp
 
 /// Message for a number outside the range of this type.
 std::string outOfRangeText(const NumberParameter& number, std::uint8_t deviceType);
+
+/// Message when the device has not acknowledged what the controls of this parameter say.
+const char* writeFailureOf(const ParameterControls& controls, const ParameterRow& row);
 
 /// The option whose button is set; nullptr when none is.
 const ChoiceParameter::Option* selectedOption(const ParameterControls& controls,

@@ -6,6 +6,7 @@
 #include "parameters/ParamValueText.h"
 #include "parameters/editorlayout.h"
 #include "parameters/parametertable.h"
+#include "parameters/unreadparameters.h"
 #include "platform/leadingnumber.h"
 
 namespace vek {
@@ -112,6 +113,7 @@ void readParameter(Program& program, C& controls, const ParameterRow& row) {
         return;
     }
     const Bytes reply = MbReadRegisters(program, registerOf(row, program.DeviceType), 1);
+    noteAnswer(controls, row, reply != crcTimeout);
     if (const OptionalParameter* optional = optionalParameter(row.field)) {
         const bool present = reply != registerMissing;
         optional->show(controls, present);

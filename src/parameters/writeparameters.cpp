@@ -9,6 +9,7 @@
 #include "parameters/ParamValueText.h"
 #include "parameters/bussettings.h"
 #include "parameters/parametertable.h"
+#include "parameters/unreadparameters.h"
 #include "platform/leadingnumber.h"
 
 namespace vek {
@@ -42,9 +43,10 @@ std::uint16_t roundedValue(double value) {
 /// Writes a parameter from its controls.
 struct WriteKind : Writing {
     void operator()(const NumberParameter& number) const {
-        const double value = ParamValueText((controls.*number.box).text.get());
+        const std::string text = (controls.*number.box).text;
+        const double value = ParamValueText(text);
         const NumberRange& range = rangeOf(number, program.DeviceType);
-        if (value >= range.lowest && value <= range.highest) {
+        if (value >= range.lowest && value <= range.highest && !isErrorText(text)) {
             sendReported(roundedValue(value));
         } else {
             showError(program, outOfRangeText(number, program.DeviceType));
@@ -60,7 +62,7 @@ struct WriteKind : Writing {
                 showError(program, choice.noneSelected, choice.noneSelectedTitle);
             }
         } else if (!send(option->code)) {
-            reportFailure(option->writeFailure != nullptr ? option->writeFailure : row.writeFailure);
+            reportFailure(writeFailureOf(controls, row));
         }
     }
 
@@ -106,8 +108,9 @@ void reopenPort(Program& program) {
 void writeAddress(const Writing& writing) {
     Program& program = writing.program;
     const auto& number = std::get<NumberParameter>(writing.row.kind);
-    const double value = ParamValueText((writing.controls.*number.box).text.get());
-    if (!isDeviceAddress(value)) {
+    const std::string text = (writing.controls.*number.box).text;
+    const double value = ParamValueText(text);
+    if (!isDeviceAddress(value) || isErrorText(text)) {
         showError(program, addressRefused);
         return;
     }
@@ -190,6 +193,10 @@ constexpr std::array<SpecialWrite, 4> specialWrites = {{
 
 void writeParameter(const Writing& writing) {
     if (writing.row.needsImpedance != NeedsImpedance::Never && !writing.controls.chkZe.value) {
+        return;
+    }
+    if (showsUnread(writing.controls, writing.row)) {
+        writing.reportFailure(writeFailureOf(writing.controls, writing.row));
         return;
     }
     for (const SpecialWrite& special : specialWrites) {

@@ -75,6 +75,7 @@ struct Program {
     bool MonitorRunning = false;  ///< true while a monitor polls; set false to end the poll
     bool DelayElapsed = false;    ///< set by the tick of Timer1
     bool TimeOutElapsed = false;  ///< set by the tick of TimeOut
+    TimePoint lateReplyLimit;     ///< until then a KDL reply may still come that missed its time
     bool lineInUse = false;       ///< see LineUse
 
     Desktop& desktop;

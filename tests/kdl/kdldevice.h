@@ -26,6 +26,9 @@ class KdlDevice {
     std::vector<std::string> commands;                          ///< received since the last take
     std::function<void(const std::string& command)> onCommand;  ///< before the answer is looked up
 
+    /// Whether it answers to a prefix; without a function to any.
+    std::function<bool(const std::string& prefix)> onAddress;
+
     std::vector<std::string> takeCommands() { return std::exchange(commands, {}); }
 
     /// Runs `event` once, with the events that follow the n-th request for that command.
@@ -48,6 +51,9 @@ class KdlDevice {
         commands.push_back(command);
         if (onCommand) {
             onCommand(command);
+        }
+        if (onAddress && !onAddress(std::string(frame.substr(0, prefixLength)))) {
+            return;
         }
         if (const auto answer = answers.find(command); answer != answers.end()) {
             serial_.reply(kdlReply(answer->second), Milliseconds{20});

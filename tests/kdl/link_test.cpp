@@ -74,7 +74,9 @@ class KdlLink : public testing::Test {
         };
     }
 
+    /// Long after whatever was before.
     Bytes transact() {
+        test.program.lateReplyLimit = {};
         const TimePoint begin = test.clock.now();
         Bytes result = KdlTransact(test.program, ":IDNM?");
         took = std::chrono::duration_cast<Milliseconds>(test.clock.now() - begin);
@@ -177,6 +179,24 @@ TEST_F(KdlLink, WhatCameBeforeTheRequestIsNoAnswerToIt) {
     EXPECT_EQ(took, pause + Milliseconds{30});
     EXPECT_EQ(log().back(), "blue abcdef42&dZB");
     EXPECT_LT(test.desktop.eventRounds, 60) << "sleeps until something happens";
+}
+
+/// No reply says what it answers; one late reply would shift all those behind it.
+TEST_F(KdlLink, AReplyThatMissedItsTimeIsNoAnswerToTheNextRequest) {
+    for (const int delay : {201, 230, 399}) {
+        answerWith({{delay, "abcdefLATE&dZB\r\n"}});
+        EXPECT_EQ(KdlTransact(test.program, ":TRSH? 1"), none);
+        answerWith({{20, "abcdef42&dZB\r\n"}});
+        const TimePoint begin = test.clock.now();
+        EXPECT_EQ(KdlTransact(test.program, ":TRSH? 2"), "42") << delay;
+        EXPECT_EQ(test.clock.now() - begin, Milliseconds{delay - 200} + pause + Milliseconds{20});
+    }
+    answerWith({});
+    EXPECT_EQ(KdlTransact(test.program, ":TRSH? 1"), none);
+    test.clock.advance(Milliseconds{150});
+    const TimePoint begin = test.clock.now();
+    EXPECT_EQ(KdlTransact(test.program, ":TRSH? 2"), none);
+    EXPECT_EQ(test.clock.now() - begin, Milliseconds{50} + pause + timeOut);
 }
 
 TEST_F(KdlLink, AFloodEndsWithTheTimeOutAndFillsNothing) {

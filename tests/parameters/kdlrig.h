@@ -57,6 +57,7 @@ class KdlRig {
     KdlDevice device{test.serial};
     LastWindow& mainWindow = test.open<LastWindow>();
     Commands refused;  ///< orders that the device does not obey
+    Commands silent;   ///< requests that it does not answer
 
     void measureImpedance(const std::string& reply) {
         device.answers[":TRSH? 8"] = reply;
@@ -95,6 +96,9 @@ class KdlRig {
         if (command.find('?') == std::string::npos) {
             const bool obeys = std::find(refused.begin(), refused.end(), command) == refused.end();
             device.answers[command] = obeys ? "" : "error 3";
+        }
+        if (std::find(silent.begin(), silent.end(), command) != silent.end()) {
+            device.answers.erase(command);
         }
     }
 

@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "kdlrig.h"
+#include "parameters/parameterfiles.h"
 
 namespace vek {
 namespace {
@@ -68,6 +71,8 @@ TEST(KdlWriteParameters, HoldsEveryBoxAgainstItsLimits) {
         {3, &E::txtRWarnung, "501", 1, "-", ran},
         {3, &E::txtRWarnung, "2.5", 1, "2.5", nullptr},  // goes out as it is typed
         {3, &E::txtRWarnung, " 100 k", 1, " 100 k", nullptr},
+        {3, &E::txtRWarnung, "1 00", 1, "-", ran},  // the device could read it in another way
+        {3, &E::txtTein, "1e1", 9, "-", "Ungültiger Ansprechwert. Tein = 0...10s."},
         {3, &E::txtRAlarm, "0", 2, "-", ran},
         {3, &E::txtRAlarm, "off", 2, "0", nullptr},
         {3, &E::txtRAlarm, "OFF", 2, "-", ran},
@@ -122,7 +127,10 @@ TEST(KdlWriteParameters, ShowsAThresholdThatIsOffAsOff) {
 
     editor.check(editor.chkUnterspg, true);
     EXPECT_EQ(editor.txtUnterSpg.text.get(), "");
+    editor.txtUeberSpg.text = "abc";
+    EXPECT_FALSE(editor.chkUeberSpg.value);
     editor.txtUeberSpg.text = "120";
+    EXPECT_TRUE(editor.chkUeberSpg.value) << "what is typed shows at once";
     editor.txtRAlarm.text = "keiner";
     editor.txtRWarnung.text = "991";
     EXPECT_EQ(rig.write(),
@@ -130,7 +138,46 @@ TEST(KdlWriteParameters, ShowsAThresholdThatIsOffAsOff) {
                      error("Ungültiger Ansprechwert. Unterspg = 10...499.")}));
     EXPECT_EQ(rig.written(1) + rig.written(2) + rig.written(4), "---");
     EXPECT_EQ(rig.written(5), "120");
-    EXPECT_TRUE(editor.chkUeberSpg.value);
+}
+
+TEST(KdlWriteParameters, TakesSwitchesFromAFileButNotFromACancelledDialog) {
+    KdlRig rig(3);
+    frmMbParameter& editor = rig.editor();
+    editor.check(editor.chkUnterspg, false);
+    rig.test.desktop.files = {"/satz.GPM"};
+    editor.txtUnterSpg.text = "70";
+    editor.chkUnterspg.value = false;
+    SaveParameterFile(rig.test.program, editor);
+    editor.txtUnterSpg.text = "75";
+    editor.txtUeberSpg.text = "120";
+    editor.cmd_Para_File_open.click();
+    EXPECT_EQ(textsOf({&editor.txtUnterSpg, &editor.txtUeberSpg}), (Texts{"75", "120"}));
+    rig.test.desktop.files = {"/satz.GPM"};
+    editor.cmd_Para_File_open.click();
+    EXPECT_EQ(textsOf({&editor.txtUnterSpg, &editor.txtUeberSpg}), (Texts{"off", "90"}));
+}
+
+/// Only R beside Z can be off: with Z its check boxes appear, and show what the texts say.
+TEST(KdlWriteParameters, ShowsTheSwitchesOfTheResistancesWithTheImpedanceMeasurement) {
+    KdlRig rig(1);
+    rig.measureImpedance("off");
+    frmMbParameter& editor = rig.editor();
+    EXPECT_EQ(rig.write(), Boxes{});
+    editor.check(editor.chkZe, true);
+    EXPECT_TRUE(editor.chkRWarnung.visible && editor.chkRWarnung.value && editor.chkRAlarm.value);
+}
+
+TEST(KdlWriteParameters, KeepsWhatWasNotReadFromTheDevice) {
+    KdlRig rig(3);
+    for (const char* lost : {":MEM?", ":TRSH? 6", ":TRSH? 7", ":TRSH? 9"}) {
+        rig.device.answers.erase(lost);
+    }
+    EXPECT_EQ(rig.write(),
+              (Boxes{writeError("Der Parameter Fehlerspeicher konnte nicht gesetzt werden."),
+                     error("Ungültiger Ansprechwert. Tein = 0...10s."),
+                     writeError("Der Parameter Selbsttest Intervall OFF konnte nicht gesetzt werden."),
+                     writeError("Der Parameter Netzanschlussüberwachung konnte nicht gesetzt werden.")}));
+    EXPECT_EQ(rig.written(6) + rig.written(7) + rig.written(9), "---");
 }
 
 TEST(KdlWriteParameters, ReportsWhatTheDeviceDoesNotAcknowledge) {
@@ -160,6 +207,19 @@ TEST(KdlWriteParameters, FollowsTheDeviceToItsNewAddress) {
     EXPECT_EQ(rig.test.program.KdlAddressPrefix, ":;090");
     EXPECT_EQ(rig.test.program.DeviceAddress, 90);
     EXPECT_EQ(rig.test.program.shell.addressPanel.get(), "KDL-Geräteadresse = 90");
+
+    // A device that says nothing to it shows where it is at the next request.
+    for (const bool moves : {true, false}) {
+        KdlRig mute(3);
+        mute.editor().txtAdresse.text = "17";
+        mute.silent = {":TRSH 17"};
+        if (!moves) {
+            mute.device.onAddress = [](const std::string& prefix) { return prefix != ":;017"; };
+        }
+        EXPECT_EQ(mute.write(),
+                  moves ? Boxes{} : Boxes{writeError("Der Geräte Adresse konnte nicht gesetzt werden.")});
+        EXPECT_EQ(mute.test.program.KdlAddressPrefix, moves ? ":;017" : ":;003");
+    }
 }
 
 TEST(KdlWriteParameters, EndsTheProgramWithTheSwitchToModbus) {
@@ -181,6 +241,12 @@ TEST(KdlWriteParameters, EndsTheProgramWithTheSwitchToModbus) {
     EXPECT_EQ(same.write(), Boxes{});
     EXPECT_EQ(same.written(15), "-");
 
+    KdlRig gone(3);
+    gone.silent = {":TRSH 5"};
+    gone.editor().optBaud19200.value = true;
+    EXPECT_TRUE(gone.test.endsProgram([&] { gone.editor().cmdWritePara.click(); }))
+        << "a device that has left the bus cannot say so any more";
+
     KdlRig refusing(3);
     refusing.refused = {":TRSH 5"};
     refusing.editor().optBaud19200.value = true;
@@ -191,17 +257,19 @@ TEST(KdlWriteParameters, EndsTheProgramWithTheSwitchToModbus) {
 /// Whoever closes the window or goes on typing meanwhile must not leave half a set behind.
 TEST(KdlWriteParameters, FinishesTheSetBeforeItHearsTheUser) {
     KdlRig rig(3);
-    bool heard = false;
     frmMbParameter& editor = rig.editor();
+    int heard = 0;
     rig.test.desktop.onEvents = [&] {
-        heard = true;
+        ++heard;
+        EXPECT_EQ(rig.device.commands.back(), ":TRSH 3");
         editor.txtTab.text = "9";
+        editor.cmdWritePara.click();
         editor.closeBoxPressed();
     };
     EXPECT_EQ(rig.write(), Boxes{});
-    EXPECT_FALSE(heard);
+    EXPECT_EQ(heard, 1);
     EXPECT_EQ(rig.written(11), "3");
-    EXPECT_EQ(rig.written(14), "3");
+    EXPECT_EQ(std::count(rig.commands.begin(), rig.commands.end(), ":CAN 14"), 1);
 }
 
 }  // namespace

@@ -304,7 +304,8 @@ TEST(WriteParameters, ParityAndBaudRateMoveDeviceAndProgramTogether) {
     EXPECT_EQ(rig.uses().back().number, 3028U) << "settings in force are not written";
     EXPECT_EQ(openings.size(), before + 1);
 
-    ParameterRig mute(3, {fault(FaultKind::Silence, 3016), fault(FaultKind::Silence, 3017)});
+    ParameterRig mute(3, {{.kind = FaultKind::Silence, .reg = 3016, .from = 2},
+                          {.kind = FaultKind::Silence, .reg = 3017, .from = 2}});
     mute.editor().optNo.value = true;
     mute.editor().optBaud1200.value = true;
     mute.test.desktop.takeBoxes();
@@ -365,13 +366,44 @@ TEST(WriteParameters, TheSwitchToKdlEndsTheProgram) {
     EXPECT_TRUE(rig.test.host.open.empty());
 }
 
+/// What a read without an answer has left in the editor is nothing that the device ever held.
+TEST(WriteParameters, KeepsWhatWasNotReadFromTheDevice) {
+    ParameterRig rig(3, {{.kind = FaultKind::Silence, .reg = 3013, .times = 1},
+                         {.kind = FaultKind::Silence, .reg = 3015, .times = 1},
+                         {.kind = FaultKind::Silence, .reg = 3016, .times = 1},
+                         {.kind = FaultKind::Silence, .reg = 3018, .times = 1},
+                         {.kind = FaultKind::Silence, .reg = 3027, .times = 1}});
+    rig.store(3013, 1);
+    rig.store(3027, 6);
+    rig.editor();
+    rig.test.desktop.takeBoxes();
+    EXPECT_EQ(rig.write(),
+              (Boxes{writeError("Der Parameter Arbeitsweise K1 konnte nicht gesetzt werden."),
+                     error("Ungültiger Ansprechwert. Tein = 0...10s."),
+                     writeError("Der Parameter Alarmzuordnung Relais 1 konnte nicht gesetzt werden."),
+                     error("Eingegebene Adresse ausserhalb des gültigen Bereiches (0, 3...90)"),
+                     writeError("Der Parameter Baudrate konnte nicht gesetzt werden.")}));
+    EXPECT_EQ(rig.stored(3013), 1U);
+    EXPECT_EQ(rig.stored(3027), 6U);
+    EXPECT_EQ(rig.stored(3016), 4U);
+
+    rig.editor().optR1no.value = false;
+    rig.read();
+    EXPECT_EQ(rig.write(), Boxes{});
+    EXPECT_EQ(rig.stored(3013), 1U);
+}
+
 TEST(WriteParameters, HandlesNoEventsAndEndsWhenTheUserWantsIt) {
     ParameterRig rig(3, {{.kind = FaultKind::Silence, .reg = 3013, .from = 2}});
     rig.editor();
-    const int events = rig.test.desktop.eventRounds;
+    rig.test.desktop.onEvents = [&] {
+        EXPECT_EQ(rig.uses().back().number, 3028U) << "no events before the end of the set";
+        rig.editor().cmdWritePara.click();
+    };
     EXPECT_EQ(rig.write(),
               (Boxes{crcDialog, writeError("Der Parameter Arbeitsweise K1 konnte nicht gesetzt werden.")}));
-    EXPECT_EQ(rig.test.desktop.eventRounds, events);
+    EXPECT_EQ(rig.uses().size(), 18U) << "a press meanwhile writes no second time";
+    rig.test.desktop.onEvents = nullptr;
     rig.test.desktop.answers = {MessageAnswer::Cancel};
     EXPECT_TRUE(rig.test.endsProgram([&] { rig.editor().cmdWritePara.click(); }));
     EXPECT_EQ(rig.test.desktop.takeBoxes(), (Boxes{crcDialog, farewell}));
