@@ -3,6 +3,7 @@
 #include "app/frmGeraeteadresse.h"
 #include "app/frmModBus.h"
 #include "kdl/kdldevice.h"
+#include "modbus/modbusframe.h"
 #include "support/hexbytes.h"
 #include "support/testprogram.h"
 
@@ -54,8 +55,13 @@ class AddressDialog : public testing::Test {
         EXPECT_TRUE(window.Toolbar1.visible);
     }
 
+    /// Has the device that is asked send this reply, whose address and CRC become its own.
     void answerWith(const std::string& hex) {
-        test.serial.peer = [this, reply = fromHex(hex)](std::string_view) { test.serial.reply(reply); };
+        test.serial.peer = [this, reply = fromHex(hex)](std::string_view request) {
+            const Bytes sent =
+                reply.empty() ? reply : Bytes(request.substr(0, 1)) + reply.substr(1, reply.size() - 3);
+            test.serial.reply(sent.empty() ? sent : sent + ComputeCrc(sent));
+        };
     }
 
     /// What the main window tells: caption and address panel.
