@@ -247,7 +247,7 @@ INSTANTIATE_TEST_SUITE_P(Files, Durability,
                                               saveParameters,
                                               "Tab=99",
                                               {"Fehler|stop|ok|Parameter konnten nicht gesichert werden"}}),
-                         [](const testing::TestParamInfo<Kind>& info) { return info.param.name; });
+                         testing::PrintToStringParamName());
 
 }  // namespace
 }  // namespace vek
