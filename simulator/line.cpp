@@ -41,8 +41,12 @@ Time SimulatedLine::characterTime() const {
     return Time(1s) * settings_.bitsPerCharacter / settings_.baudRate;
 }
 
+Time SimulatedLine::silentInterval() const {
+    return std::max(shortestGap, characterTime() * 7 / 2);
+}
+
 Time SimulatedLine::frameGap() const {
-    return std::max({options_.frameGap, shortestGap, characterTime() * 7 / 2});
+    return std::max(options_.frameGap, silentInterval());
 }
 
 void SimulatedLine::receive(std::span<const std::uint8_t> bytes, Time now) {
@@ -174,7 +178,7 @@ void SimulatedLine::reply(Bytes bytes, const FaultEffects& effects, Time end) {
         observer_(Direction::FromDevice, bytes);
     }
     // Silence is what tells Modbus frames apart, so a reply has to leave some.
-    const Time gap = options_.pace && protocol() == Protocol::Modbus ? frameGap() : Time{};
+    const Time gap = options_.pace && protocol() == Protocol::Modbus ? silentInterval() : Time{};
     schedule(bytes, end + std::max(options_.turnaround, gap) + effects.delay, effects.byteGap);
 }
 

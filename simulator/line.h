@@ -75,6 +75,7 @@ class SimulatedLine {
     };
 
     Time characterTime() const;
+    Time silentInterval() const;
     Time frameGap() const;
     void endFrameBySilence(Time now);
     bool awaitsSilence() const;

@@ -58,7 +58,11 @@ class PluggedLine final : public SerialControl {
     bool setSettings(std::string_view settings) override { return serial_.setSettings(settings); }
     bool isOpen() const override { return serial_.isOpen(); }
     bool isConnected() const override { return serial_.isConnected(); }
-    PortError open() override { return serial_.open(); }
+    /// What came before is thrown away.
+    PortError open() override {
+        sent_ = 0;
+        return serial_.open();
+    }
     void close() override { serial_.close(); }
     std::size_t receivedCount() override { return serial_.receivedCount(); }
     Bytes readInput() override;
