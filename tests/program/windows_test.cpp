@@ -35,8 +35,8 @@ class Recorder : public ChildForm {
 };
 
 TEST(Windows, AClosedOneLeavesTheScreenAtOnceAndItsObjectLater) {
+    Log log;  // outlives the forms that write to it
     TestProgram test;
-    Log log;
     Windows& windows = test.program.windows;
     Recorder& form = windows.open(std::make_unique<Recorder>(test.program, log));
     EXPECT_EQ(windows.find("recorder"), &form);
