@@ -30,6 +30,7 @@ struct ShowValue {
     const std::string& text;
 
     void reportInvalid(const char* message) const {
+        noteAnswer(controls, row, false);
         showError(program, row.kdl.invalidValue != nullptr ? row.kdl.invalidValue : message);
     }
 

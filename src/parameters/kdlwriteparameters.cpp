@@ -212,7 +212,9 @@ void writeBaudRate(const Writing& writing) {
     if (baudRate == 0 || baudRate == program.BaudRate) {
         return;
     }
-    if (writing.send(std::to_string(option->code)) == Answer::Refused) {
+    const Answer answer = writing.send(std::to_string(option->code));
+    const bool asked = answer == Answer::Acknowledged || program.RS485.isConnected();
+    if (answer == Answer::Refused || !asked) {
         writing.reportFailure();
     } else {
         endAfterSwitchToModbus(program, baudRate);
@@ -239,6 +241,8 @@ void writeParameter(const Writing& writing) {
         writing.reportFailure();
         return;
     }
+    // From here on it is what the user has chosen.
+    noteAnswer(writing.controls, writing.row, true);
     for (const SpecialWrite& special : specialWrites) {
         if (special.field == writing.row.field) {
             special.write(writing);

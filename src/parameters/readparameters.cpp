@@ -62,7 +62,13 @@ const OptionalParameter* optionalParameter(ParameterField field) {
 struct ShowReply {
     Program& program;
     C& controls;
+    const ParameterRow& row;
     const Bytes& reply;
+
+    void reportInvalid(const char* message) const {
+        noteAnswer(controls, row, false);
+        showError(program, message);
+    }
 
     void operator()(const NumberParameter& number) const { (controls.*number.box).text = reply; }
 
@@ -71,7 +77,7 @@ struct ShowReply {
         if (value == 0 || value == 1) {
             controls.check(controls.*flag.box, value == 1);
         } else {
-            showError(program, flag.invalidValue);
+            reportInvalid(flag.invalidValue);
         }
     }
 
@@ -83,7 +89,7 @@ struct ShowReply {
         if (found != choice.options.end()) {
             (controls.*found->button).value = true;
         } else {
-            showError(program, choice.invalidValue);
+            reportInvalid(choice.invalidValue);
         }
     }
 
@@ -121,7 +127,7 @@ void readParameter(Program& program, C& controls, const ParameterRow& row) {
             return;
         }
     }
-    std::visit(ShowReply{program, controls, reply}, row.kind);
+    std::visit(ShowReply{program, controls, row, reply}, row.kind);
 }
 
 }  // namespace

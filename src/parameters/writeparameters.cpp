@@ -199,6 +199,8 @@ void writeParameter(const Writing& writing) {
         writing.reportFailure(writeFailureOf(writing.controls, writing.row));
         return;
     }
+    // From here on it is what the user has chosen.
+    noteAnswer(writing.controls, writing.row, true);
     for (const SpecialWrite& special : specialWrites) {
         if (special.field == writing.row.field) {
             special.write(writing);

@@ -22,9 +22,20 @@ PluggedLine::PluggedLine(const sim::LineOptions& options) : line_(options) {
 /// A pulled adapter comes back as a new device.
 void PluggedLine::plugIn() {
     terminal_ = std::make_unique<PseudoTerminal>();
+    nameDevice(terminal_->path());
+}
+
+/// The name goes with the device: the system may give its number to the next pseudo-terminal of another
+/// process.
+void PluggedLine::pullOut() {
+    nameDevice(data_.file("no device"));
+    terminal_.reset();
+}
+
+void PluggedLine::nameDevice(const std::string& path) {
     const std::string link = data_.file("ports/com1");
     fs::remove(link);
-    fs::create_symlink(terminal_->path(), link);
+    fs::create_symlink(path, link);
 }
 
 Bytes PluggedLine::readInput() {

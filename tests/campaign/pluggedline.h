@@ -74,7 +74,8 @@ class PluggedLine final : public SerialControl {
     PortInfo portInfo(int number) const override { return serial_.portInfo(number); }
 
   private:
-    void pullOut() { terminal_.reset(); }
+    void pullOut();
+    void nameDevice(const std::string& path);
     void answer(bool pulled);
     void send(std::string_view reply);
     Bytes replyTo(std::string_view request);

@@ -169,15 +169,26 @@ TEST(KdlWriteParameters, ShowsTheSwitchesOfTheResistancesWithTheImpedanceMeasure
 
 TEST(KdlWriteParameters, KeepsWhatWasNotReadFromTheDevice) {
     KdlRig rig(3);
-    for (const char* lost : {":MEM?", ":TRSH? 6", ":TRSH? 7", ":TRSH? 9"}) {
+    for (const char* lost : {":MEM?", ":TRSH? 6", ":TRSH? 9"}) {
         rig.device.answers.erase(lost);
     }
+    rig.device.answers[":TRSH? 7"] = "dig 4";
     EXPECT_EQ(rig.write(),
               (Boxes{writeError("Der Parameter Fehlerspeicher konnte nicht gesetzt werden."),
                      error("Ungültiger Ansprechwert. Tein = 0...10s."),
                      writeError("Der Parameter Selbsttest Intervall OFF konnte nicht gesetzt werden."),
                      writeError("Der Parameter Netzanschlussüberwachung konnte nicht gesetzt werden.")}));
     EXPECT_EQ(rig.written(6) + rig.written(7) + rig.written(9), "---");
+
+    // What the user has chosen and written is no longer unread, also when it is 0 the next time.
+    rig.editor().txtTein.text = "1";
+    for (const bool on : {true, false}) {
+        rig.editor().chkMemory.value = on;
+        rig.editor().chkAnkop.value = on;
+        (on ? rig.editor().optSelfTest1h : rig.editor().optSelfTestOff).value = true;
+        EXPECT_EQ(rig.write(), Boxes{});
+        EXPECT_EQ(rig.written(6) + rig.written(7), on ? "11" : "00");
+    }
 }
 
 TEST(KdlWriteParameters, ReportsWhatTheDeviceDoesNotAcknowledge) {
@@ -246,6 +257,17 @@ TEST(KdlWriteParameters, EndsTheProgramWithTheSwitchToModbus) {
     gone.editor().optBaud19200.value = true;
     EXPECT_TRUE(gone.test.endsProgram([&] { gone.editor().cmdWritePara.click(); }))
         << "a device that has left the bus cannot say so any more";
+
+    KdlRig pulled(3);
+    pulled.silent = {":TRSH 5"};
+    pulled.editor().optBaud19200.value = true;
+    pulled.device.onCommand = [&, acknowledge = pulled.device.onCommand](const std::string& command) {
+        acknowledge(command);
+        if (command == ":TRSH 5") {
+            pulled.test.serial.hangUp();
+        }
+    };
+    EXPECT_EQ(pulled.write(), Boxes{writeError("Der Parameter Baudrate konnte nicht gesetzt werden.")});
 
     KdlRig refusing(3);
     refusing.refused = {":TRSH 5"};

@@ -1,5 +1,6 @@
 #include "ui/qt/qtdesktop.h"
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QFileDialog>
 #include <QLocale>
@@ -90,6 +91,14 @@ std::optional<std::string> QtDesktop::chooseFile(const FileDialog& dialog) {
 
 QEventLoop::ProcessEventsFlags QtDesktop::handledEvents() const {
     return inputHeld_ ? QEventLoop::ExcludeUserInputEvents : QEventLoop::AllEvents;
+}
+
+/// The dispatcher looks at the input that it has left lying only when it is woken.
+void QtDesktop::holdInput(bool held) {
+    inputHeld_ = held;
+    if (!held) {
+        QAbstractEventDispatcher::instance()->wakeUp();
+    }
 }
 
 void QtDesktop::processEvents() {

@@ -19,7 +19,7 @@ class QtDesktop : public Desktop {
     std::optional<std::string> chooseFile(const FileDialog& dialog) override;
     void processEvents() override;
     void waitForEvents(TimePoint until = TimePoint::max()) override;
-    void holdInput(bool held) override { inputHeld_ = held; }
+    void holdInput(bool held) override;
     TimePoint now() const override { return Clock::now(); }
 
     /// The line whose bytes wake waitForEvents(); it outlives the desktop's last wait.
