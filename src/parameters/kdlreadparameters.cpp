@@ -6,6 +6,7 @@
 #include "kdl/KDLBusLink.h"
 #include "kdl/kdlparametervalue.h"
 #include "parameters/ParamValueText.h"
+#include "parameters/parameterpass.h"
 #include "parameters/parametertable.h"
 #include "parameters/unreadparameters.h"
 #include "platform/textcodec.h"
@@ -109,17 +110,8 @@ void readParameter(Program& program, C& controls, const ParameterRow& row) {
 
 void KdlReadParameters(Program& program, ParameterControls& controls, const std::function<bool()>& isOpen) {
     KdlOpenPort(program);
-    const auto rows = kdlRowsInOrder(kdlReadOrder(), program.DeviceType);
-    controls.prgFortschritt.done = 0;
-    controls.prgFortschritt.total = static_cast<int>(rows.size());
-    for (const ParameterRow* row : rows) {
-        program.desktop.processEvents();
-        if (!isOpen()) {
-            break;
-        }
-        readParameter(program, controls, *row);
-        controls.prgFortschritt.done = controls.prgFortschritt.done + 1;
-    }
+    readRows(program, controls, kdlRowsInOrder(kdlReadOrder(), program.DeviceType), isOpen,
+             [&](const ParameterRow& row) { readParameter(program, controls, row); });
     KdlClosePort(program);
 }
 

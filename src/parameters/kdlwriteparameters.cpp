@@ -10,8 +10,8 @@
 #include "modbus/ModBus.h"
 #include "parameters/ParamValueText.h"
 #include "parameters/bussettings.h"
+#include "parameters/parameterpass.h"
 #include "parameters/parametertable.h"
-#include "parameters/unreadparameters.h"
 #include "platform/leadingnumber.h"
 
 namespace vek {
@@ -234,15 +234,6 @@ constexpr std::array<SpecialWrite, 3> specialWrites = {{
 }};
 
 void writeParameter(const Writing& writing) {
-    if (writing.row.needsImpedance != NeedsImpedance::Never && !writing.controls.chkZe.value) {
-        return;
-    }
-    if (showsUnread(writing.controls, writing.row)) {
-        writing.reportFailure();
-        return;
-    }
-    // From here on it is what the user has chosen.
-    noteAnswer(writing.controls, writing.row, true);
     for (const SpecialWrite& special : specialWrites) {
         if (special.field == writing.row.field) {
             special.write(writing);
@@ -256,13 +247,10 @@ void writeParameter(const Writing& writing) {
 
 void KdlWriteParameters(Program& program, ParameterControls& controls) {
     KdlOpenPort(program);
-    const auto rows = kdlRowsInOrder(kdlWriteOrder(), program.DeviceType);
-    controls.prgFortschritt.done = 0;
-    controls.prgFortschritt.total = static_cast<int>(rows.size());
-    for (const ParameterRow* row : rows) {
-        writeParameter({program, controls, *row});
-        controls.prgFortschritt.done = controls.prgFortschritt.done + 1;
-    }
+    writeRows(program, controls, kdlRowsInOrder(kdlWriteOrder(), program.DeviceType),
+              [&](const ParameterRow& row) {
+                  writeParameter({program, controls, row});
+              });
     KdlClosePort(program);
 }
 

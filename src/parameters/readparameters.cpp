@@ -5,6 +5,7 @@
 #include "modbus/ModBus.h"
 #include "parameters/ParamValueText.h"
 #include "parameters/editorlayout.h"
+#include "parameters/parameterpass.h"
 #include "parameters/parametertable.h"
 #include "parameters/unreadparameters.h"
 #include "platform/leadingnumber.h"
@@ -135,17 +136,8 @@ void readParameter(Program& program, C& controls, const ParameterRow& row) {
 void ReadParameters(Program& program, ParameterControls& controls, const std::function<bool()>& isOpen) {
     OpenPort(program);
     applyTypeLayout(controls, program.DeviceType);
-    const auto rows = rowsInOrder(readOrder(), program.DeviceType);
-    controls.prgFortschritt.done = 0;
-    controls.prgFortschritt.total = static_cast<int>(rows.size());
-    for (const ParameterRow* row : rows) {
-        program.desktop.processEvents();
-        if (!isOpen()) {
-            break;
-        }
-        readParameter(program, controls, *row);
-        controls.prgFortschritt.done = controls.prgFortschritt.done + 1;
-    }
+    readRows(program, controls, rowsInOrder(readOrder(), program.DeviceType), isOpen,
+             [&](const ParameterRow& row) { readParameter(program, controls, row); });
     ClosePort(program);
 }
 

@@ -8,6 +8,7 @@
 #include "modbus/ModBus.h"
 #include "parameters/ParamValueText.h"
 #include "parameters/bussettings.h"
+#include "parameters/parameterpass.h"
 #include "parameters/parametertable.h"
 #include "parameters/unreadparameters.h"
 #include "platform/leadingnumber.h"
@@ -192,15 +193,6 @@ constexpr std::array<SpecialWrite, 4> specialWrites = {{
 }};
 
 void writeParameter(const Writing& writing) {
-    if (writing.row.needsImpedance != NeedsImpedance::Never && !writing.controls.chkZe.value) {
-        return;
-    }
-    if (showsUnread(writing.controls, writing.row)) {
-        writing.reportFailure(writeFailureOf(writing.controls, writing.row));
-        return;
-    }
-    // From here on it is what the user has chosen.
-    noteAnswer(writing.controls, writing.row, true);
     for (const SpecialWrite& special : specialWrites) {
         if (special.field == writing.row.field) {
             special.write(writing);
@@ -214,13 +206,9 @@ void writeParameter(const Writing& writing) {
 
 void WriteParameters(Program& program, ParameterControls& controls) {
     OpenPort(program);
-    const auto rows = rowsInOrder(writeOrder(), program.DeviceType);
-    controls.prgFortschritt.done = 0;
-    controls.prgFortschritt.total = static_cast<int>(rows.size());
-    for (const ParameterRow* row : rows) {
-        writeParameter({program, controls, *row});
-        controls.prgFortschritt.done = controls.prgFortschritt.done + 1;
-    }
+    writeRows(program, controls, rowsInOrder(writeOrder(), program.DeviceType), [&](const ParameterRow& row) {
+        writeParameter({program, controls, row});
+    });
     ClosePort(program);
 }
 
