@@ -125,13 +125,23 @@ void PosixSerial::disconnect() {
 }
 
 std::size_t PosixSerial::receivedCount() {
-    receive();
+    receiveWaiting();
     return received_.size();
 }
 
 Bytes PosixSerial::readInput() {
-    receive();
+    receiveWaiting();
     return std::exchange(received_, {});
+}
+
+/// Takes what the system has received, if there is anything. Reading an empty port costs far more than this
+/// question: the kernel then waits until its worker has handed on what is under way.
+void PosixSerial::receiveWaiting() {
+    int count = 0;
+    const bool isEmpty = device_ && ::ioctl(device_.get(), FIONREAD, &count) == 0 && count == 0;
+    if (!isEmpty) {
+        receive();
+    }
 }
 
 /// Takes what the system has received, as much as may wait here at most, and notices a hang-up.
@@ -221,7 +231,7 @@ void PosixSerial::waitSent() {
 }
 
 bool PosixSerial::waitReceived(std::size_t count, TimePoint deadline) {
-    receive();
+    receiveWaiting();
     while (received_.size() < count) {
         if (!waitFor(POLLIN, deadline)) {
             return false;

@@ -39,6 +39,7 @@ class PosixSerial final : public SerialControl {
   private:
     PortError connect();
     void disconnect();
+    void receiveWaiting();
     void receive();
     std::size_t receiveChunk();
     bool send(std::string_view bytes);
