@@ -221,27 +221,11 @@ void writeBaudRate(const Writing& writing) {
     }
 }
 
-/// Parameters with more to their writing than their value.
-struct SpecialWrite {
-    ParameterField field;
-    void (*write)(const Writing&);
-};
-
-constexpr std::array<SpecialWrite, 3> specialWrites = {{
+constexpr std::array<SpecialWrite<Writing>, 3> specialWrites = {{
     {ParameterField::ZeAktiv, writeImpedanceMeasurement},
     {ParameterField::Adresse, writeAddress},
     {ParameterField::BaudCode, writeBaudRate},
 }};
-
-void writeParameter(const Writing& writing) {
-    for (const SpecialWrite& special : specialWrites) {
-        if (special.field == writing.row.field) {
-            special.write(writing);
-            return;
-        }
-    }
-    std::visit(WriteKind{writing}, writing.row.kind);
-}
 
 }  // namespace
 
@@ -249,7 +233,7 @@ void KdlWriteParameters(Program& program, ParameterControls& controls) {
     KdlOpenPort(program);
     writeRows(program, controls, kdlRowsInOrder(kdlWriteOrder(), program.DeviceType),
               [&](const ParameterRow& row) {
-                  writeParameter({program, controls, row});
+                  writeParameter<WriteKind>(specialWrites, Writing{program, controls, row});
               });
     KdlClosePort(program);
 }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <functional>
+#include <variant>
 
 #include "parameters/parametertable.h"
 #include "program/program.h"
@@ -21,5 +24,24 @@ void readRows(Program& program, ParameterControls& controls, const ParameterRows
 /// between the rows.
 void writeRows(Program& program, ParameterControls& controls, const ParameterRows& rows,
                const ParameterStep& write);
+
+/// A parameter with more to its writing than its value.
+template <typename Writing>
+struct SpecialWrite {
+    ParameterField field;
+    void (*write)(const Writing&);
+};
+
+/// Writes a parameter in its own way, if it is one of the `specials`, else as all of its kind are written.
+template <typename Kind, typename Writing, std::size_t count>
+void writeParameter(const std::array<SpecialWrite<Writing>, count>& specials, const Writing& writing) {
+    for (const SpecialWrite<Writing>& special : specials) {
+        if (special.field == writing.row.field) {
+            special.write(writing);
+            return;
+        }
+    }
+    std::visit(Kind{writing}, writing.row.kind);
+}
 
 }  // namespace vek

@@ -179,35 +179,19 @@ void writeBaudRate(const Writing& writing) {
     showModbusPort(program);
 }
 
-/// Parameters with more to their writing than their value.
-struct SpecialWrite {
-    ParameterField field;
-    void (*write)(const Writing&);
-};
-
-constexpr std::array<SpecialWrite, 4> specialWrites = {{
+constexpr std::array<SpecialWrite<Writing>, 4> specialWrites = {{
     {ParameterField::ZeAktiv, writeImpedanceSwitch},
     {ParameterField::Adresse, writeAddress},
     {ParameterField::Paritaet, writeParity},
     {ParameterField::BaudCode, writeBaudRate},
 }};
 
-void writeParameter(const Writing& writing) {
-    for (const SpecialWrite& special : specialWrites) {
-        if (special.field == writing.row.field) {
-            special.write(writing);
-            return;
-        }
-    }
-    std::visit(WriteKind{writing}, writing.row.kind);
-}
-
 }  // namespace
 
 void WriteParameters(Program& program, ParameterControls& controls) {
     OpenPort(program);
     writeRows(program, controls, rowsInOrder(writeOrder(), program.DeviceType), [&](const ParameterRow& row) {
-        writeParameter({program, controls, row});
+        writeParameter<WriteKind>(specialWrites, Writing{program, controls, row});
     });
     ClosePort(program);
 }
