@@ -49,6 +49,12 @@ Time SimulatedLine::frameGap() const {
     return std::max(options_.frameGap, silentInterval());
 }
 
+Time SimulatedLine::turnaround() const {
+    constexpr Time usual = std::chrono::milliseconds(5);
+    const bool keepsSilence = options_.pace && protocol() == Protocol::Modbus;
+    return options_.turnaround.value_or(std::max(usual, keepsSilence ? silentInterval() : Time{}));
+}
+
 void SimulatedLine::receive(std::span<const std::uint8_t> bytes, Time now) {
     endFrameBySilence(now);
     const bool understood = !masterBaudRate_.has_value() || *masterBaudRate_ == settings_.baudRate;
@@ -177,9 +183,7 @@ void SimulatedLine::reply(Bytes bytes, const FaultEffects& effects, Time end) {
     if (observer_) {
         observer_(Direction::FromDevice, bytes);
     }
-    // Silence is what tells Modbus frames apart, so a reply has to leave some.
-    const Time gap = options_.pace && protocol() == Protocol::Modbus ? silentInterval() : Time{};
-    schedule(bytes, end + std::max(options_.turnaround, gap) + effects.delay, effects.byteGap);
+    schedule(bytes, end + turnaround() + effects.delay, effects.byteGap);
 }
 
 void SimulatedLine::hangUp(Time now, Time duration) {

@@ -21,8 +21,9 @@ struct LineOptions {
     std::vector<LineFault> faults;
     // Whether bytes take their time at the device's baud rate; without it they pass at once.
     bool pace = false;
-    // From the end of a request to the start of its reply.
-    Time turnaround = std::chrono::milliseconds(5);
+    // From the end of a request to the start of its reply. By itself 5 ms, and on a Modbus line with pace at
+    // least the silence that tells frames apart.
+    std::optional<Time> turnaround;
     // A gap of this length ends a Modbus frame; never less than 3.5 characters or 1.75 ms.
     Time frameGap{};
 };
@@ -77,6 +78,7 @@ class SimulatedLine {
     Time characterTime() const;
     Time silentInterval() const;
     Time frameGap() const;
+    Time turnaround() const;
     void endFrameBySilence(Time now);
     bool awaitsSilence() const;
     void takeModbus();

@@ -80,7 +80,9 @@ constexpr std::array<OptionRow, 17> rows{{
     {"--parity", "P", "none, odd or even (default); it only decides how long a character takes", setParity},
     {"--pace", "", "bytes take their time, and a master at another baud rate gets no answer",
      [](ProgramOptions& o, std::string_view) { return o.line.pace = true; }},
-    {"--turnaround", "MS", "time from the end of a request to its reply in ms (default 5)", setTurnaround},
+    {"--turnaround", "MS",
+     "time from the end of a request to its reply in ms (default 5; paced at least 3.5 characters)",
+     setTurnaround},
     {"--seed", "N", "seed of everything that varies (default 1); a run with the same seed repeats",
      [](ProgramOptions& o, std::string_view t) {
          return readNumber<std::uint32_t>(t, 0, 0xFFFFFFFF, o.line.device.seed);

@@ -30,7 +30,7 @@ void measure() {
     sim::LineOptions options;
     options.device.kdl = true;
     options.pace = true;
-    options.turnaround = {};
+    options.turnaround = sim::Time{};
     DeviceProcess device(options);
     LineProgram line(device.dataFolder(), baudRate, kdlFrameFormat);
     KdlSetAddress(line.program, "3");

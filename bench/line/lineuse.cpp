@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <string>
@@ -12,8 +11,8 @@
 
 /// How much of the line's time the monitor uses: the time of a cycle (nine times that of the middle one of
 /// all channels, which are equally long on the line), beside what the bytes of its requests and replies take
-/// at the baud rate. The silence that a Modbus device has to keep before it answers is the device's own and
-/// does not count.
+/// at the baud rate. The device answers at once, without the silence that a real one keeps before its reply:
+/// that would be its own time.
 namespace vek::bench {
 
 namespace {
@@ -27,13 +26,6 @@ struct Rate {
     double bound;
 };
 constexpr Rate rates[] = {{1200, 1, 1.02}, {9600, 5, 1.02}, {57600, 30, 1.10}, {115200, 60, 1.10}};
-
-/// Seconds of silence between two frames: 3.5 characters, but not less than 1.75 ms.
-double silence(int baudRate) {
-    constexpr double characters = 3.5;
-    constexpr double shortest = 1.75e-3;
-    return std::max(shortest, characters * bitsPerByte / baudRate);
-}
 
 /// The end of a channel's three transactions.
 struct Mark {
@@ -67,7 +59,7 @@ void measure(const Rate& rate) {
     sim::LineOptions options;
     options.device.baudRate = rate.baudRate;
     options.pace = true;
-    options.turnaround = {};
+    options.turnaround = sim::Time{};
     DeviceProcess device(options);
     LineProgram line(device.dataFolder(), rate.baudRate, ",e,8,1");
     const std::vector<Mark> marks = runMonitor(line, rate.cycles);
@@ -76,10 +68,9 @@ void measure(const Rate& rate) {
     for (std::size_t index = 1; index < marks.size(); ++index) {
         channels.push_back(std::chrono::duration<double>(marks[index].time - marks[index - 1].time).count());
     }
-    const auto transactions = static_cast<double>(marks[1].logLines - marks[0].logLines) / 2;
     const auto bytes = static_cast<double>(bytesBetween(line.program.terminalLog, marks[0], marks[1]));
     print({"line use: monitor cycle at " + std::to_string(rate.baudRate) + " baud",
-           polledChannels * (median(channels) - transactions * silence(rate.baudRate)) * milliseconds,
+           polledChannels * median(channels) * milliseconds,
            polledChannels * bytes * bitsPerByte / rate.baudRate * milliseconds, "ms", "bytes on the line",
            rate.bound});
 }

@@ -101,7 +101,7 @@ void measure() {
     sim::LineOptions options;
     options.device.baudRate = baudRate;
     options.device.parity = 0;
-    options.turnaround = {};
+    options.turnaround = sim::Time{};
     DeviceProcess device(options);
     LineProgram ours(device.dataFolder(), baudRate, ",n,8,1");
     Peer peer(device.path());

@@ -30,7 +30,7 @@ void measureMonitor(const std::string& name, bool kdl, const QByteArray& frame) 
     sim::LineOptions options;
     options.device.kdl = kdl;
     options.pace = true;
-    options.turnaround = {};
+    options.turnaround = sim::Time{};
     const DeviceProcess device(options);
     const QString folder = QString::fromStdString(device.dataFolder());
     writeSettings(folder, frame);
