@@ -171,9 +171,9 @@ std::string ModBusLink::chosenFrameFormat() const {
 }
 
 void ModBusLink::storeSettings() {
-    SetProfileValues(program_, {{"RS485", "COM", signedText(program_.ComPort)},
-                                {"RS485", "BAUD", signedText(program_.BaudRate)},
-                                {"RS485", "FRAME", program_.FrameFormat}});
+    SetProfileValue(program_, {{"RS485", "COM", signedText(program_.ComPort)},
+                               {"RS485", "BAUD", signedText(program_.BaudRate)},
+                               {"RS485", "FRAME", program_.FrameFormat}});
 }
 
 Box ModBusLink::layout() {

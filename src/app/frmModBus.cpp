@@ -145,7 +145,7 @@ void frmModBus::load() {
 void frmModBus::readSettings() {
     program_.ProfilePath = settingsFilePath(program_);
     if (GetProfileValue(program_, "COM", "RS485").empty()) {
-        SetProfileValues(program_, settingDefaults());
+        SetProfileValue(program_, settingDefaults());
     }
     program_.ComPort = settingNumber<std::int16_t>(GetProfileValue(program_, "COM", "RS485"));
     program_.BaudRate = settingNumber<std::int32_t>(GetProfileValue(program_, "BAUD", "RS485"));

@@ -21,18 +21,18 @@ enum class UnitCode : std::uint16_t {};  ///< 0 to 31
 /// One measured value as a device publishes it, in four consecutive holding registers.
 struct MeasurementChannel {
     std::int16_t startRegister = 0;  ///< 1000 to 32764
-    float value = 0;                 ///< the first two registers, in the base unit (Ohm, V, F, %)
-    std::uint16_t statusWord = 0;
-    std::uint16_t descriptionCode = 0;
+    float Value = 0;                 ///< the first two registers, in the base unit (Ohm, V, F, %)
+    std::uint16_t ChannelStatusWord = 0;
+    std::uint16_t DescriptionCode = 0;
 
     /// Wider than a register number, so that a start register at the end of the range does not wrap.
     constexpr int statusRegister() const { return startRegister + 2; }
     constexpr int descriptionRegister() const { return startRegister + 3; }
 
-    constexpr TestState testState() const { return TestState(statusWord & 0xC000U); }
-    constexpr AlarmState alarmState() const { return AlarmState(statusWord & 0x0700U); }
-    constexpr RangeState rangeState() const { return RangeState(statusWord & 0x00C0U); }
-    constexpr UnitCode unitCode() const { return UnitCode(statusWord & 0x001FU); }
+    constexpr TestState testState() const { return TestState(ChannelStatusWord & 0xC000U); }
+    constexpr AlarmState alarmState() const { return AlarmState(ChannelStatusWord & 0x0700U); }
+    constexpr RangeState rangeState() const { return RangeState(ChannelStatusWord & 0x00C0U); }
+    constexpr UnitCode unitCode() const { return UnitCode(ChannelStatusWord & 0x001FU); }
 };
 
 /// Where the channel of a slot (0 to 15) starts.

@@ -62,15 +62,21 @@ Bytes readOperatingValue(Program& program, int index) {
     return kdlCount(count) > 0 ? KdlTransact(program, ":BTR? " + std::to_string(index + 1)) : count;
 }
 
-void showRow(Program& program, const ChannelRow& row, const Bytes& reply, bool alarm) {
+void KdlSetRowLed(bool alarm, const ChannelRow& row) {
     row.LED.fillColor = alarm ? colors::red : colors::green;
+}
+
+void KdlShowRowNameUnit(const Bytes& reply, const ChannelRow& row) {
     if (const auto unit = kdlRowUnit(reply)) {
         row.lblEinheit.caption = std::string(*unit);
     }
     if (const auto description = kdlRowName(reply)) {
         row.lblMessName.caption = std::string(*description);
     }
-    const KdlRowValue value = kdlRowValue(reply, program.locale);
+}
+
+void KdlShowRowValue(const Bytes& reply, const NumberLocale& locale, const ChannelRow& row) {
+    const KdlRowValue value = kdlRowValue(reply, locale);
     row.lblRange.caption = value.range;
     if (value.value) {
         row.lblMesswert.caption = *value.value;
@@ -124,7 +130,10 @@ bool KdlReadMonitorRow(Program& program, KdlMonitorView& view, int index) {
     if (reply == kdlEndOfList) {
         return true;
     }
-    showRow(program, view.channelRow(index), reply, alarm.has_value());
+    const ChannelRow row = view.channelRow(index);
+    KdlSetRowLed(alarm.has_value(), row);
+    KdlShowRowNameUnit(reply, row);
+    KdlShowRowValue(reply, program.locale, row);
     return false;
 }
 

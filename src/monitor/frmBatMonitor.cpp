@@ -72,11 +72,11 @@ void frmBatMonitor::readBatteryData() {
 }
 
 void frmBatMonitor::writeBatteryData() {
-    SetProfileValues(program_, {{batterySection, "ANZ_MODULE", txtAnzBatModul.text},
-                                {batterySection, "U_MODUL", txtBatVoltage.text},
-                                {batterySection, "MODUL_BER", txtModBer.text},
-                                {batterySection, "ROFF_VAL", txtRoffVal.text},
-                                {batterySection, "ON_ROFF", chkRoffset.value ? "1" : "0"}});
+    SetProfileValue(program_, {{batterySection, "ANZ_MODULE", txtAnzBatModul.text},
+                               {batterySection, "U_MODUL", txtBatVoltage.text},
+                               {batterySection, "MODUL_BER", txtModBer.text},
+                               {batterySection, "ROFF_VAL", txtRoffVal.text},
+                               {batterySection, "ON_ROFF", chkRoffset.value ? "1" : "0"}});
 }
 
 void frmBatMonitor::showSlotNames() {

@@ -84,7 +84,7 @@ void frmMessReg::showStatus(const std::optional<std::uint16_t>& word) {
                      &lblMessEinheit, &lblEinheitTxt});
         return;
     }
-    const MeasurementChannel channel{.statusWord = *word};
+    const MeasurementChannel channel{.ChannelStatusWord = *word};
     showField(lblMessTest, lblTestTxt, channel.testState());
     showField(lblMessAlarm, lblAlarmTxt, channel.alarmState());
     showField(lblMessRange, lblRangeTxt, channel.rangeState());

@@ -36,7 +36,7 @@ void showRange(ModbusMonitorView& view, int slot, RangeState state) {
 
 void showStatus(ModbusMonitorView& view, int slot, std::uint16_t statusWord) {
     const ChannelRow row = view.channelRow(slot);
-    const MeasurementChannel channel{.statusWord = statusWord};
+    const MeasurementChannel channel{.ChannelStatusWord = statusWord};
     const TestColors tests = testColors(channel.testState());
     view.internalTest().fillColor = tests.internal;
     view.externalTest().fillColor = tests.external;

@@ -53,7 +53,7 @@ std::string ProfileSnapshot::value(std::string_view key, std::string_view sectio
     return value;
 }
 
-void SetProfileValues(Program& program, std::vector<ProfileEntry> values) {
+void SetProfileValue(Program& program, std::vector<ProfileEntry> values) {
     if (program.ProfilePath.empty()) {
         for (std::size_t index = 0; index < values.size(); ++index) {
             showError(program, "Keine gültige Parameter-Datei vorhanden");

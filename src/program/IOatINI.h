@@ -36,6 +36,6 @@ class ProfileSnapshot {
 /// Writes all values to the file at ProfilePath in one step: whenever the program is stopped, the file holds
 /// all the old values or all the new ones. Without a ProfilePath: a message for each value and nothing is
 /// written. Values without a key are left out. A file that cannot be written stays as it is.
-void SetProfileValues(Program& program, std::vector<ProfileEntry> values);
+void SetProfileValue(Program& program, std::vector<ProfileEntry> values);
 
 }  // namespace vek

@@ -71,7 +71,7 @@ struct Program {
     std::string KdlAddressPrefix = blankKdlPrefix;  ///< ":;" and three digits, or five blanks
     std::string DeviceName;       ///< as the device last found named itself, Windows-1252 shown as UTF-8
     std::uint8_t DeviceType = 0;  ///< 1 to 10; 0 before the first search
-    std::string ProfilePath;      ///< file that GetProfileValue and SetProfileValues act on
+    std::string ProfilePath;      ///< file that GetProfileValue and SetProfileValue act on
     bool MonitorRunning = false;  ///< true while a monitor polls; set false to end the poll
     bool DelayElapsed = false;    ///< set by the tick of Timer1
     bool TimeOutElapsed = false;  ///< set by the tick of TimeOut

@@ -213,7 +213,7 @@ class Episode {
         count(value);
         count(status);
         count(code);
-        const MeasurementChannel channel{.statusWord = status.value_or(0xC0)};
+        const MeasurementChannel channel{.ChannelStatusWord = status.value_or(0xC0)};
         const bool valid = value && channel.rangeState() != RangeState::invalid;
         const auto index = static_cast<std::size_t>(slot);
         expectText(window.lblMesswert[index],

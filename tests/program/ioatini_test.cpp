@@ -59,19 +59,19 @@ TEST(ProfileValues, OfASnapshotBelongTogether) {
 
 TEST(ProfileValues, AreWrittenToTheFileAtProfilePath) {
     TestProgram test;
-    SetProfileValues(test.program, {{"RS485", "COM", "1"}});
+    SetProfileValue(test.program, {{"RS485", "COM", "1"}});
     EXPECT_EQ(test.desktop.takeBoxes(), (Boxes{"Fehler|stop|ok|Keine gültige Parameter-Datei vorhanden"}));
     EXPECT_EQ(test.program.ProfilePath, "") << "writing chooses no file";
 
     test.program.ProfilePath = "/a.ini";
-    SetProfileValues(test.program, {{"RS485", "", "1"}});
+    SetProfileValue(test.program, {{"RS485", "", "1"}});
     EXPECT_TRUE(test.profileFiles.files.empty());
-    SetProfileValues(test.program,
-                     {{"RS485", "COM", " 3"}, {"RS485", "", "2"}, {"ZEPHYRON", "NAME", "Gerät"}});
+    SetProfileValue(test.program,
+                    {{"RS485", "COM", " 3"}, {"RS485", "", "2"}, {"ZEPHYRON", "NAME", "Gerät"}});
     EXPECT_EQ(test.profileFiles.writeCount, 1) << "all of them or none";
     EXPECT_EQ(test.profileFiles.files["/a.ini"], "[RS485]\r\nCOM= 3\r\n[ZEPHYRON]\r\nNAME=Ger\xE4t\r\n");
     test.profileFiles.refuseWrites = true;
-    SetProfileValues(test.program, {{"RS485", "COM", " 4"}});
+    SetProfileValue(test.program, {{"RS485", "COM", " 4"}});
     EXPECT_EQ(GetProfileValue(test.program, "COM", "RS485"), "3");
     EXPECT_TRUE(test.desktop.boxes.empty());
 }
