@@ -44,7 +44,7 @@ struct ParameterControls {
     /// Enables and shows what belongs to the impedance measurement while it is on.
     void followImpedanceMeasurement();
 
-    /// By ParameterField: the last read had no answer from the device.
+    /// By ParameterField: the last read had no value from the device.
     std::bitset<64> unread;
 
     Frame Frame1{"Frame1", "Relais 1"};

@@ -120,7 +120,7 @@ void readParameter(Program& program, C& controls, const ParameterRow& row) {
         return;
     }
     const Bytes reply = MbReadRegisters(program, registerOf(row, program.DeviceType), 1);
-    noteAnswer(controls, row, reply != crcTimeout);
+    noteAnswer(controls, row, !isErrorText(reply));
     if (const OptionalParameter* optional = optionalParameter(row.field)) {
         const bool present = reply != registerMissing;
         optional->show(controls, present);

@@ -4,7 +4,7 @@
 
 #include "parameters/parametertable.h"
 
-/// A value that is none leaves the controls as they were. A read without an answer counts as 0 for a check
+/// A value that is none leaves the controls as they were. A read that failed counts as 0 for a check
 /// box or an option, and leaves an error text in a box. None of that is what the device holds, and none of it
 /// may go back to the device as if it were.
 namespace vek {

@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <utility>
+#include <vector>
 
 #include "parameterrig.h"
 
@@ -366,31 +368,39 @@ TEST(WriteParameters, TheSwitchToKdlEndsTheProgram) {
     EXPECT_TRUE(rig.test.host.open.empty());
 }
 
-/// What a read without an answer has left in the editor is nothing that the device ever held.
+/// What a read without an answer, or with a refusal, has left in the editor is nothing that the device ever
+/// held.
 TEST(WriteParameters, KeepsWhatWasNotReadFromTheDevice) {
-    ParameterRig rig(3, {{.kind = FaultKind::Silence, .reg = 3013, .times = 1},
-                         {.kind = FaultKind::Silence, .reg = 3015, .times = 1},
-                         {.kind = FaultKind::Silence, .reg = 3016, .times = 1},
-                         {.kind = FaultKind::Silence, .reg = 3018, .times = 1},
-                         {.kind = FaultKind::Silence, .reg = 3027, .times = 1}});
-    rig.store(3013, 1);
-    rig.store(3027, 6);
-    rig.editor();
-    rig.test.desktop.takeBoxes();
-    EXPECT_EQ(rig.write(),
-              (Boxes{writeError("Der Parameter Arbeitsweise K1 konnte nicht gesetzt werden."),
-                     error("Ungültiger Ansprechwert. Tein = 0...10s."),
-                     writeError("Der Parameter Alarmzuordnung Relais 1 konnte nicht gesetzt werden."),
-                     error("Eingegebene Adresse ausserhalb des gültigen Bereiches (0, 3...90)"),
-                     writeError("Der Parameter Baudrate konnte nicht gesetzt werden.")}));
-    EXPECT_EQ(rig.stored(3013), 1U);
-    EXPECT_EQ(rig.stored(3027), 6U);
-    EXPECT_EQ(rig.stored(3016), 4U);
+    constexpr double busy = 6;
+    constexpr std::array<std::uint16_t, 5> registers = {3013, 3015, 3016, 3018, 3027};
+    const std::pair<FaultKind, double> failures[] = {{FaultKind::Silence, 0}, {FaultKind::Exception, busy}};
+    for (const auto& [kind, code] : failures) {
+        std::vector<sim::LineFault> faults;
+        faults.reserve(registers.size());
+        for (const std::uint16_t number : registers) {
+            faults.push_back({.kind = kind, .amount = code, .reg = number, .times = 1});
+        }
+        ParameterRig rig(3, std::move(faults));
+        rig.store(3013, 1);
+        rig.store(3027, 6);
+        rig.editor();
+        rig.test.desktop.takeBoxes();
+        EXPECT_EQ(rig.write(),
+                  (Boxes{writeError("Der Parameter Arbeitsweise K1 konnte nicht gesetzt werden."),
+                         error("Ungültiger Ansprechwert. Tein = 0...10s."),
+                         writeError("Der Parameter Alarmzuordnung Relais 1 konnte nicht gesetzt werden."),
+                         error("Eingegebene Adresse ausserhalb des gültigen Bereiches (0, 3...90)"),
+                         writeError("Der Parameter Baudrate konnte nicht gesetzt werden.")}))
+            << code;
+        EXPECT_EQ(rig.stored(3013), 1U);
+        EXPECT_EQ(rig.stored(3027), 6U);
+        EXPECT_EQ(rig.stored(3016), 4U);
 
-    rig.editor().optR1no.value = false;
-    rig.read();
-    EXPECT_EQ(rig.write(), Boxes{});
-    EXPECT_EQ(rig.stored(3013), 1U);
+        rig.editor().optR1no.value = false;
+        rig.read();
+        EXPECT_EQ(rig.write(), Boxes{});
+        EXPECT_EQ(rig.stored(3013), 1U);
+    }
 }
 
 TEST(WriteParameters, HandlesNoEventsAndEndsWhenTheUserWantsIt) {
