@@ -77,11 +77,23 @@ std::string decimalText(std::uint16_t value) {
     return std::to_string(value);
 }
 
+/// The user has pressed "Stop" or closed the window; during the identification only over the box of a read
+/// that failed.
+bool isGivenUp(const Program& program, const ModbusMonitorView& view) {
+    return !program.MonitorRunning || !view.isShown();
+}
+
+/// As MbReadRegisters for one register, but "" without asking once the user has given up: each further read
+/// would only bring another box.
+Bytes readIdentification(Program& program, const ModbusMonitorView& view, std::uint16_t number) {
+    return isGivenUp(program, view) ? Bytes() : MbReadRegisters(program, number, 1);
+}
+
 /// Day, month and year stand in three registers; one that is missing makes the whole date worthless.
-std::string readSoftwareDate(Program& program) {
-    const std::string year = identificationText(MbReadRegisters(program, 9822, 1), decimalText);
-    const std::string month = identificationText(MbReadRegisters(program, 9823, 1), decimalText);
-    const std::string day = identificationText(MbReadRegisters(program, 9824, 1), decimalText);
+std::string readSoftwareDate(Program& program, const ModbusMonitorView& view) {
+    const std::string year = identificationText(readIdentification(program, view, 9822), decimalText);
+    const std::string month = identificationText(readIdentification(program, view, 9823), decimalText);
+    const std::string day = identificationText(readIdentification(program, view, 9824), decimalText);
     for (const std::string& part : {year, month, day}) {
         if (part == crcTimeout || part == noValueText) {
             return part;
@@ -93,11 +105,12 @@ std::string readSoftwareDate(Program& program) {
 void showIdentification(Program& program, ModbusMonitorView& view) {
     const DeviceLabels labels = view.deviceLabels();
     labels.lblDevName.caption = withoutControls(program.DeviceName);
-    labels.lblSwRegNr.caption = identificationText(
-        MbReadRegisters(program, 9820, 1), [](std::uint16_t value) { return decimalText(value) + "D"; });
-    labels.lblSwVer.caption = identificationText(MbReadRegisters(program, 9821, 1), versionLabel);
-    labels.lblSwDate.caption = readSoftwareDate(program);
-    labels.lblSwMb.caption = identificationText(MbReadRegisters(program, 9825, 1), versionLabel);
+    labels.lblSwRegNr.caption =
+        identificationText(readIdentification(program, view, 9820),
+                           [](std::uint16_t value) { return decimalText(value) + "D"; });
+    labels.lblSwVer.caption = identificationText(readIdentification(program, view, 9821), versionLabel);
+    labels.lblSwDate.caption = readSoftwareDate(program, view);
+    labels.lblSwMb.caption = identificationText(readIdentification(program, view, 9825), versionLabel);
 }
 
 /// One cycle; false when the poll is to end before its end.
@@ -142,7 +155,7 @@ void runModbusPoll(Program& program, ModbusMonitorView& view) {
     }
     OpenPort(program);
     showIdentification(program, view);
-    while (pollChannels(program, view) && program.MonitorRunning) {
+    while (!isGivenUp(program, view) && pollChannels(program, view)) {
     }
     ClosePort(program);
     program.MonitorRunning = false;

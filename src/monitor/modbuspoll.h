@@ -35,8 +35,8 @@ inline constexpr int polledChannels = 9;
 bool ReadMeasurementChannel(Program& program, ModbusMonitorView& view, std::uint16_t startRegister, int slot);
 
 /// Reads the identification, then channel after channel and cycle after cycle until MonitorRunning is false
-/// at the end of a cycle or the window closes. Opens and closes the port. Events are processed after each
-/// channel.
+/// at the end of a cycle or the window closes, on a silent device also before. Opens and closes the port.
+/// Events are processed after each channel.
 void runModbusPoll(Program& program, ModbusMonitorView& view);
 
 }  // namespace vek

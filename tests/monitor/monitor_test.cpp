@@ -168,14 +168,28 @@ TEST(Monitor, EndsInTheMiddleOfAPoll) {
     EXPECT_FALSE(given.test.serial.isOpen());
     EXPECT_EQ(given.test.host.log.back(), "-lastWindow");
 
-    // A device that says nothing at all must not hold up Stop for a whole cycle.
-    MonitorRig silent(1, {{.kind = FaultKind::Silence, .reg = std::nullopt}});
-    silent.test.desktop.onMessageBox = [&] { silent.monitor().cmdStop.click(); };
-    silent.run();
-    EXPECT_EQ(silent.test.desktop.boxes.size(), identificationReads + readsPerChannel);
-    EXPECT_EQ(silent.row(0), "---|-||---");
-    EXPECT_TRUE(silent.released());
-    EXPECT_EQ(silent.enabled(), "xxxxxxxx");
+    // A device that says nothing at all must not hold up who has had enough: in the identification that is
+    // the end, in a cycle the rest of the channel still follows.
+    const sim::LineFault silence{.kind = FaultKind::Silence, .reg = std::nullopt};
+    for (const std::size_t box : {std::size_t{1}, std::size_t{4}, identificationReads + 1}) {
+        for (const bool close : {false, true}) {
+            MonitorRig silent(1, {silence});
+            silent.test.desktop.onMessageBox = [&] {
+                if (silent.test.desktop.boxes.size() == box) {
+                    close ? silent.monitor().closeBoxPressed() : silent.monitor().cmdStop.click();
+                }
+            };
+            silent.run();
+            const bool inCycle = box > identificationReads;
+            EXPECT_EQ(silent.test.desktop.boxes.size(),
+                      inCycle ? identificationReads + readsPerChannel : box);
+            EXPECT_EQ(silent.row(0), inCycle ? "---|-||---" : "|||") << box;
+            EXPECT_EQ(silent.monitor().lblSwMb.caption.get(), inCycle ? "CRC_TIMEOUT" : "---") << box;
+            EXPECT_EQ(silent.enabled(), "xxxxxxxx");
+            EXPECT_TRUE(silent.released());
+            silent.test.program.windows.collect();
+        }
+    }
 }
 
 TEST(Monitor, AddressesOutside3To90AreRefused) {
