@@ -126,7 +126,7 @@ TEST_F(AddressDialog, AddressesAreZeroOr2To247) {
         EXPECT_EQ(test.desktop.takeBoxes(), Boxes{found("vekQA731-K7-2")}) << text;
     }
     for (const char* frameFormat : {",e,8,1", kdlFrameFormat}) {
-        configureKdl(test.program);
+        test.configureKdl();
         test.program.FrameFormat = frameFormat;
         for (const char* text : {"1", "248", "-3", "1.9", "247.1", "99999999999999"}) {
             search(text);
@@ -177,7 +177,7 @@ TEST_F(AddressDialog, CancelInTheCrcDialogEndsTheProgramAtOnce) {
 
 class KdlAddressDialog : public AddressDialog {
   protected:
-    KdlAddressDialog() { configureKdl(test.program); }
+    KdlAddressDialog() { test.configureKdl(); }
     KdlDevice device{test.serial};
 };
 
@@ -240,7 +240,7 @@ TEST_F(KdlAddressDialog, ATextOfAnotherLengthEndsTheProgramWithoutAWord) {
     for (const char* text : {"", "   ", "0012", "12abc"}) {
         TestProgram other;
         auto& mainWindow = other.open<frmModBus>();
-        configureKdl(other.program);
+        other.configureKdl();
         auto& opened = other.open<frmGeräteadresse>();
         opened.cmbGeraeteAdresse.text = std::string(text);
         EXPECT_TRUE(other.endsProgram([&] { opened.btnÜbernehmen.click(); })) << text;

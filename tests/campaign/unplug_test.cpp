@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "campaign/pluggedline.h"
-#include "kdl/kdldevice.h"
 #include "monitor/frmMbMonitor.h"
 #include "parameters/frmMbParameter.h"
 #include "support/testprogram.h"
@@ -33,7 +32,7 @@ class Rig {
         line_.clock = &test.clock;
         test.configure();
         if (kdl) {
-            configureKdl(test.program);
+            test.configureKdl();
         }
         test.program.ComPort = 1;
         test.program.DeviceType = 1;

@@ -62,7 +62,7 @@ TEST(KdlFrames, TrailersOfAllChecksums) {
 class KdlLink : public testing::Test {
   protected:
     void SetUp() override {
-        configureKdl(test.program);
+        test.configureKdl();
         KdlOpenPort(test.program);
     }
 
@@ -272,7 +272,7 @@ TEST(KdlEnd, AtNoMomentOfATransactionAnythingFollowsTheEndOfTheProgram) {
         ++moment;
         ASSERT_LT(moment, 50);
         TestProgram test;
-        configureKdl(test.program);
+        test.configureKdl();
         auto& mainWindow = test.open<LastWindow>();
         KdlOpenPort(test.program);
         test.serial.sendTime = Milliseconds{3};

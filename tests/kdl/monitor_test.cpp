@@ -48,7 +48,7 @@ class TestView final : public KdlMonitorView {
 /// The KDL monitor on a scripted device.
 struct Rig {
     Rig() {
-        configureKdl(test.program);
+        test.configureKdl();
         test.program.DeviceName = "vekQB731-K7W-2";
         test.program.DeviceType = 1;
     }

@@ -123,7 +123,7 @@ TEST(DeviceCommands, OnKdlAnEmptyReplyIsTheAcknowledgement) {
     for (const Command& c : commands) {
         for (const auto& [reply, taken] : replies) {
             TestProgram test;
-            configureKdl(test.program);
+            test.configureKdl();
             auto& monitor = test.open<frmMbMonitor>();
             test.serial.peer = [&, text = reply](std::string_view) { test.serial.reply(text); };
             // Clicks while the reply is awaited do nothing.

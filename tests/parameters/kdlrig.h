@@ -32,7 +32,7 @@ inline Texts textsOf(std::initializer_list<const TextBox*> boxes) {
 class KdlRig {
   public:
     explicit KdlRig(int deviceType) {
-        configureKdl(test.program);
+        test.configureKdl();
         test.program.DeviceType = static_cast<std::uint8_t>(deviceType);
         test.program.DeviceName = "vekQX731";
         test.program.ProfilePath = "/daten/vekXX731_Monitor.ini";

@@ -50,6 +50,14 @@ struct TestProgram {
         program.DeviceAddress = 3;
     }
 
+    /// COM3, 9600 baud, the KDL device at address 3.
+    void configureKdl() {
+        program.ComPort = 3;
+        program.BaudRate = 9600;
+        program.FrameFormat = kdlFrameFormat;
+        program.KdlAddressPrefix = ":;003";
+    }
+
     template <class FormClass>
     FormClass& open() {
         return program.windows.open(std::make_unique<FormClass>(program));
