@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <map>
-#include <numeric>
-
 #include "kdl/KDLBusLink.h"
 #include "kdl/kdldevice.h"
 #include "kdl/kdlframe.h"
@@ -25,11 +22,6 @@ Bytes framed(Bytes text) {
     return text;
 }
 
-unsigned codeSum(std::string_view text) {
-    return std::accumulate(text.begin(), text.end(), 0U,
-                           [](unsigned sum, char c) { return sum + static_cast<unsigned char>(c); });
-}
-
 TEST(KdlFrames, RequestsAreTheseBytes) {
     for (const char* frame :
          {":;001:IDNM?&dZu", ":;001:MEM?&(T", ":;005:CAN 8&zzx", ":;090:TRSH? 8&00Z", ":;003:IDNV?&dZj",
@@ -40,22 +32,14 @@ TEST(KdlFrames, RequestsAreTheseBytes) {
     }
 }
 
-TEST(KdlFrames, TrailersOfAllChecksums) {
-    const std::map<unsigned, std::string> borders = {{0, "dZB"},   {56, "dZz"}, {57, "zzE"},  {110, "zzz"},
-                                                     {111, "(G"},  {160, "(x"}, {161, "00A"}, {214, "00v"},
-                                                     {215, "KKA"}, {255, "KKi"}};
-    for (unsigned checksum = 0; checksum < 256; ++checksum) {
+TEST(KdlFrames, TrailersAtTheBordersOfTheirForms) {
+    const std::pair<int, const char*> rows[] = {{0, "dZB"},   {56, "dZz"}, {57, "zzE"},  {110, "zzz"},
+                                                {111, "(G"},  {160, "(x"}, {161, "00A"}, {214, "00v"},
+                                                {215, "KKA"}, {255, "KKi"}};
+    for (const auto& [checksum, trailer] : rows) {
         // A text of one byte whose sum with the "&" leaves that checksum.
-        const Bytes frame = framed(Bytes(1, static_cast<char>((2 * 256 - '&' - checksum) % 256)));
-        ASSERT_TRUE(frame.size() >= 6 && frame[1] == '&' && frame.ends_with("\r\n")) << checksum;
-        const std::string trailer = frame.substr(2, frame.size() - 4);
-        EXPECT_EQ(codeSum(trailer) % 256, checksum);
-        for (const char c : trailer) {
-            EXPECT_TRUE(c > ' ' && c <= 'z' && c != '&') << checksum << ' ' << trailer;
-        }
-        if (const auto border = borders.find(checksum); border != borders.end()) {
-            EXPECT_EQ(trailer, border->second) << checksum;
-        }
+        const Bytes text(1, static_cast<char>(2 * 256 - '&' - checksum));
+        EXPECT_EQ(framed(text), text + "&" + trailer + "\r\n") << checksum;
     }
 }
 
