@@ -20,6 +20,13 @@ inline sim::LineFault fault(sim::FaultKind kind, std::uint16_t reg, double amoun
     return {.kind = kind, .amount = amount, .reg = reg, .from = from};
 }
 
+inline sim::LineOptions device(int type, std::vector<sim::LineFault> faults) {
+    sim::LineOptions options;
+    options.device.type = type;
+    options.faults = std::move(faults);
+    return options;
+}
+
 /// A monitor window on a simulated device, both at address 3.
 template <class Monitor>
 class PollRig {
