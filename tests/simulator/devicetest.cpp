@@ -15,11 +15,7 @@ constexpr int rangeMask = 0xC0;
 constexpr int testMask = 0xC000;
 
 TEST(Registers, AnswerWholeFramesAsGiven) {
-    struct Row {
-        const char* request;
-        const char* reply;
-    };
-    const Row rows[] = {
+    const std::pair<const char*, const char*> rows[] = {
         {"03 03 26 48 00 0A 4F 71",
          "03 03 14 76 65 6B 51 42 37 33 31 2D 4B 37 57 2D 32 00 00 00 00 00 00 BA 26"},
         {"03 03 26 5D 00 01 1F 72", "03 03 02 00 D4 C1 DB"},
@@ -31,8 +27,8 @@ TEST(Registers, AnswerWholeFramesAsGiven) {
     };
     Master master;
     master.line.device().pin(0, {50000.0F, 0x0102, 71});
-    for (const Row& row : rows) {
-        EXPECT_EQ(master.send(hex(row.request)), hex(row.reply)) << row.request;
+    for (const auto& [request, reply] : rows) {
+        EXPECT_EQ(master.send(hex(request)), hex(reply)) << request;
     }
 }
 
@@ -72,16 +68,6 @@ TEST(Parameters, WhatDoesNotFitTheTypeIsRefused) {
         EXPECT_EQ(Master(ofType(type)).read(reg), -2) << type << '/' << reg;
         EXPECT_EQ(Master(ofType(type)).write(reg, {0}), -2) << type << '/' << reg;
     }
-}
-
-TEST(Parameters, ABlockIsWrittenWhollyOrNotAtAll) {
-    Master master;
-    EXPECT_EQ(master.write(3018, {5, 6, 100}), -3);
-    EXPECT_EQ(master.write(3028, {2, 3}), -2);
-    EXPECT_EQ(master.read(3018), 0);
-    EXPECT_EQ(master.read(3028), 0x0032);
-    EXPECT_EQ(master.write(3018, {5, 6, 7}), 0);
-    EXPECT_EQ(master.read(3020), 7);
 }
 
 TEST(Commands, FactoryResetsKeepOrRestoreTheInterface) {
@@ -153,30 +139,23 @@ TEST(AlarmStates, WaitForTheirDelaysAndLatch) {
 }
 
 TEST(AlarmStates, FollowThresholdsAndSwitches) {
-    struct Row {
-        int type;
-        int channel;
-        float value;
-        int state;
-        int description;
-        std::pair<int, int> off;  // the write that ends it
-    };
-    const Row rows[] = {
+    // Type, channel, value, state, description, and the write that ends it.
+    const std::tuple<int, int, float, int, int, std::pair<int, int>> rows[] = {
         {1, 0, 40e3F, alarmState, 71, {3006, 0}},    {1, 1, 40e3F, preAlarmState, 86, {3022, 0}},
         {2, 2, 100.0F, alarmState, 77, {3008, 0}},   {3, 2, 470.0F, alarmState, 78, {3010, 0}},
         {8, 1, 140.0F, alarmState, 78, {3011, 144}}, {9, 4, 200.0F, 0, 76, {3012, 1}},
         {9, 2, 300.0F, alarmState, 78, {3005, 310}},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(testing::Message() << "type " << row.type << ", channel " << row.channel);
-        Master master(ofType(row.type));
-        master.line.device().pin(static_cast<std::size_t>(row.channel), {row.value, {}, {}});
+    for (const auto& [type, channel, value, state, description, off] : rows) {
+        SCOPED_TRACE(testing::Message() << "type " << type << ", channel " << channel);
+        Master master(ofType(type));
+        master.line.device().pin(static_cast<std::size_t>(channel), {value, {}, {}});
         master.wait(1);
-        EXPECT_EQ(master.status(row.channel) & alarmMask, row.state);
-        EXPECT_EQ(master.description(row.channel), row.description);
-        EXPECT_EQ(master.write(row.off.first, {row.off.second}), 0);
+        EXPECT_EQ(master.status(channel) & alarmMask, state);
+        EXPECT_EQ(master.description(channel), description);
+        EXPECT_EQ(master.write(off.first, {off.second}), 0);
         master.wait(1);
-        EXPECT_NE(master.status(row.channel) & alarmMask, alarmState);
+        EXPECT_NE(master.status(channel) & alarmMask, alarmState);
     }
 }
 
@@ -196,34 +175,6 @@ TEST(Channels, StatesFromOutsideAndOutOfRange) {
     const float counter = master.value(8);
     master.wait(10);
     EXPECT_EQ(master.value(8), counter) << "stopped devices do not measure";
-}
-
-// The story that a watcher sees in the first minute: an alarm on one side, health, the same on the other
-// side.
-TEST(Channels, FaultsComeAndGoOnBothSides) {
-    for (const DeviceType& type : deviceTypes()) {
-        SCOPED_TRACE(type.articleName);
-        Device device({.type = type.number, .name = {}, .conditions = {}}, Time{});
-        std::vector<std::pair<int, int>> story;  // alarm state and side, each change once
-        for (int second = 0; second < 60; ++second) {
-            device.advance(std::chrono::seconds(second));
-            const int state = device.channel(0).status & alarmMask;
-            const Channel position = device.channel(6);
-            const int side = state == 0 || (position.status & rangeMask) != 0 ? 0
-                             : position.value > 15                            ? 1
-                                                                              : -1;
-            if (story.empty() || story.back() != std::pair(state, side)) {
-                story.emplace_back(state, side);
-            }
-            const float plus = device.channel(4).value;
-            const float minus = device.channel(5).value;
-            EXPECT_NEAR(plus - minus, device.channel(2).value, 0.01F);
-        }
-        const std::vector<std::pair<int, int>> expected{{0, 0},      {0x100, 1},  {0x500, 1},
-                                                        {0x100, 1},  {0, 0},      {0x100, -1},
-                                                        {0x500, -1}, {0x100, -1}, {0, 0}};
-        EXPECT_EQ(story, expected);
-    }
 }
 
 }  // namespace

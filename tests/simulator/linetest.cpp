@@ -83,37 +83,19 @@ TEST(Pacing, BytesTakeTheirTimeAtTheDevicesOwnRate) {
     EXPECT_EQ(master.line.nextEvent(), std::nullopt);
 }
 
-TEST(Pacing, NewLineSettingsCountAfterTheReply) {
-    LineOptions options;
-    options.pace = true;
-    Master master(options);
-    master.line.setMasterBaudRate(9600);
-    EXPECT_EQ(master.write(3016, {5}), 0);
-    EXPECT_EQ(master.read(3016), -100) << "the device is at another rate now";
-    master.line.setMasterBaudRate(19200);
-    EXPECT_EQ(master.write(3017, {0}), 0);
-    master.line.receive(nameRequest, master.now);
-    const Time perByte = Time(1s) * 10 / 19200;
-    EXPECT_EQ(master.line.nextEvent(), master.now + 8 * perByte + 5ms + perByte);
-}
-
 TEST(Faults, SpoilOrMultiplyTheReply) {
-    struct Row {
-        const char* fault;
-        std::size_t length;
-        bool goodCrc;
-    };
-    const Row rows[] = {{"silence", 0, false},   {"crc", 7, false},         {"cut=3", 3, false},
-                        {"cut=0", 0, false},     {"noise=4", 11, false},    {"exception=6", 5, true},
-                        {"lacks=9800", 5, true}, {"refuses=9800", 7, true}, {"late=1500", 7, true},
-                        {"trail=4", 11, false},  {"flip=1", 7, false}};
-    for (const Row& row : rows) {
+    // The length of the reply, and whether its CRC is right.
+    const std::tuple<const char*, std::size_t, bool> rows[] = {
+        {"silence", 0, false},  {"crc", 7, false},        {"cut=3", 3, false},     {"cut=0", 0, false},
+        {"noise=4", 11, false}, {"exception=6", 5, true}, {"lacks=9800", 5, true}, {"refuses=9800", 7, true},
+        {"late=1500", 7, true}, {"trail=4", 11, false},   {"flip=1", 7, false}};
+    for (const auto& [text, length, goodCrc] : rows) {
         Master master;
-        master.line.faults().add(fault(row.fault));
+        master.line.faults().add(fault(text));
         const Bytes reply = master.send(nameRequest);
-        EXPECT_EQ(reply.size(), row.length) << row.fault;
-        EXPECT_EQ(hasValidCrc(reply), row.goodCrc) << row.fault;
-        EXPECT_EQ(master.now >= 1500ms, std::string_view(row.fault) == "late=1500");
+        EXPECT_EQ(reply.size(), length) << text;
+        EXPECT_EQ(hasValidCrc(reply), goodCrc) << text;
+        EXPECT_EQ(master.now >= 1500ms, std::string_view(text) == "late=1500");
         master.line.faults().clear();
         EXPECT_EQ(master.send(nameRequest), nameReply);
     }
@@ -129,23 +111,20 @@ TEST(Faults, SpoilOrMultiplyTheReply) {
 }
 
 TEST(Faults, StrikeTheRequestsTheyAreMeantFor) {
-    struct Row {
-        const char* fault;
-        std::string struck;  // for reads of 9800, 3007, 9800, 3007, ...
-    };
-    const Row rows[] = {{"silence,every=3", "..x..x..x."},
-                        {"silence,from=4", "...xxxxxxx"},
-                        {"silence,from=4,times=2", "...xx....."},
-                        {"silence,register=3007", ".x.x.x.x.x"},
-                        {"silence,register=3007,every=2", "...x...x.."}};
-    for (const Row& row : rows) {
+    // For reads of 9800, 3007, 9800, 3007, ...
+    const std::pair<const char*, std::string> rows[] = {{"silence,every=3", "..x..x..x."},
+                                                        {"silence,from=4", "...xxxxxxx"},
+                                                        {"silence,from=4,times=2", "...xx....."},
+                                                        {"silence,register=3007", ".x.x.x.x.x"},
+                                                        {"silence,register=3007,every=2", "...x...x.."}};
+    for (const auto& [text, expected] : rows) {
         Master master;
-        master.line.faults().add(fault(row.fault));
+        master.line.faults().add(fault(text));
         std::string struck;
         for (int i = 0; i < 10; ++i) {
             struck += master.read(i % 2 == 0 ? 9800 : 3007) == -100 ? 'x' : '.';
         }
-        EXPECT_EQ(struck, row.struck) << row.fault;
+        EXPECT_EQ(struck, expected) << text;
     }
 }
 
