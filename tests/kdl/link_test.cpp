@@ -203,20 +203,6 @@ TEST_F(KdlLink, AFloodEndsWithTheTimeOutAndFillsNothing) {
     EXPECT_EQ(transact(), Bytes(65536 - 9, 'x'));
 }
 
-TEST_F(KdlLink, ADeviceThatIsPulledOutOrGoneDoesNotAnswer) {
-    test.serial.peer = [this](std::string_view) { test.serial.hangUp(); };
-    EXPECT_EQ(transact(), none);
-    EXPECT_EQ(took, pause + timeOut);
-    EXPECT_EQ(transact(), none);
-    KdlClosePort(test.program);
-    KdlOpenPort(test.program);
-    EXPECT_FALSE(test.serial.isOpen());
-    EXPECT_EQ(transact(), none) << "closed port";
-    EXPECT_EQ(took, pause + timeOut);
-    EXPECT_EQ(test.serial.lost, (std::vector<Bytes>{request, request}));
-    EXPECT_TRUE(test.desktop.boxes.empty()) << "without a message";
-}
-
 TEST_F(KdlLink, OpensThePortWithItsOwnFrame) {
     ASSERT_EQ(test.serial.openings.size(), 1U);
     EXPECT_EQ(test.serial.openings[0].number, 3);
@@ -231,6 +217,7 @@ TEST_F(KdlLink, OpensThePortWithItsOwnFrame) {
 
     KdlClosePort(test.program);
     EXPECT_FALSE(test.serial.isOpen());
+    EXPECT_EQ(transact(), none) << "without a message";
     test.program.BaudRate = 300;
     KdlOpenPort(test.program);
     EXPECT_EQ(test.serial.openings.back().number, 5);
@@ -248,35 +235,6 @@ TEST_F(KdlLink, AddressesFromText) {
         EXPECT_EQ(test.program.KdlAddressPrefix, prefix) << text;
         EXPECT_EQ(test.program.DeviceAddress, address) << text;
     }
-}
-
-TEST(KdlEnd, AtNoMomentOfATransactionAnythingFollowsTheEndOfTheProgram) {
-    int moment = 0;
-    for (bool ended = true; ended;) {
-        ++moment;
-        ASSERT_LT(moment, 50);
-        TestProgram test;
-        test.configureKdl();
-        auto& mainWindow = test.open<LastWindow>();
-        KdlOpenPort(test.program);
-        test.serial.sendTime = Milliseconds{3};
-        test.serial.peer = [&](std::string_view) {
-            test.serial.reply(kdlReply("42"), Milliseconds{3}, Milliseconds{1});
-        };
-        std::size_t writtenAtEnd = 0;
-        test.desktop.onEvents = [&] {
-            if (test.desktop.eventRounds == moment) {
-                writtenAtEnd = test.serial.written.size();
-                mainWindow.closeBoxPressed();
-            }
-        };
-        ended = test.endsProgram([&] { KdlTransact(test.program, ":IDNM?"); });
-        const std::size_t linesOfReply = ended ? 0 : 1;
-        EXPECT_EQ(test.serial.written.size(), ended ? writtenAtEnd : 1U) << moment;
-        EXPECT_EQ(test.program.terminalLog.lineCount(), test.serial.written.size() + linesOfReply) << moment;
-        EXPECT_TRUE(test.desktop.boxes.empty());
-    }
-    EXPECT_GT(moment, 10) << "pause, sending and each byte of the reply";
 }
 
 }  // namespace

@@ -133,14 +133,9 @@ TEST(KdlFrames, TrailersFillTheSumUpAtTheBordersOfTheirForms) {
 TEST(KdlFrames, OnlyWholeRequestsToTheDeviceAreAnswered) {
     Master master(onKdl());
     const std::string good = ":;003:IDNM?&dZs\r\n";
-    std::vector<std::string> unanswered{requestText(":IDNM?", "004"), requestText(":IDNM?", "03x"),
-                                        requestText("IDNM?"), std::string(1000, 'x'), "\r\n"};
-    for (std::size_t i = 0; i < good.size(); ++i) {
-        unanswered.push_back(good.substr(0, i));
-        unanswered.push_back(good);
-        unanswered.back()[i] ^= 0x01;
-    }
-    for (const std::string& text : unanswered) {
+    for (const std::string& text :
+         {requestText(":IDNM?", "004"), requestText("IDNM?"), std::string(1000, 'x'),
+          std::string(":;003:IDNM?&dZt\r\n"), good.substr(0, 9)}) {
         EXPECT_EQ(send(master, text), "") << text;
         EXPECT_EQ(payload(send(master, good)), "vekQB731") << "after " << text;
     }
@@ -222,20 +217,6 @@ TEST(KdlParameters, AreTheRegistersOfTheOtherBus) {
 }
 
 TEST(KdlParameters, RefuseWhatDoesNotFit) {
-    const std::tuple<int, int, std::vector<const char*>> rows[] = {
-        {1, 1, {"1", "991", "2.5", "-3", "", "x", "70000"}},
-        {1, 6, {"2", "23"}},
-        {1, 8, {"1"}},
-        {1, 14, {"2"}},
-        {1, 15, {"9"}}};
-    for (const auto& [type, number, values] : rows) {
-        Master master(onKdl(type));
-        const std::string before = parameter(master, number);
-        for (const char* value : values) {
-            EXPECT_EQ(write(master, number, value), "error 3") << number << ": " << value;
-        }
-        EXPECT_EQ(parameter(master, number), before);
-    }
     // A value whose number was not taken or not heard must not land in the parameter before it.
     Master master(onKdl(6));
     EXPECT_EQ(ask(master, ":TRSH 5"), "error 3");
@@ -243,6 +224,9 @@ TEST(KdlParameters, RefuseWhatDoesNotFit) {
     EXPECT_EQ(ask(master, ":TRSH 6"), "error 3");
     for (const char* number : {"0", "3", "15", "16", "x"}) {
         EXPECT_EQ(ask(master, {":CAN 9", std::string(":CAN ") + number, ":TRSH 6"}), "error 3error 3");
+    }
+    for (const char* value : {"11", "2.5", "-3", "", "x", "70000"}) {
+        EXPECT_EQ(write(master, 9, value), "error 3") << value;
     }
     EXPECT_EQ(parameter(master, 9), "Tvz/s 5");
 }
