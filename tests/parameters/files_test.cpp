@@ -131,10 +131,8 @@ TEST(ParameterFile, BringsBackWhatWasSaved) {
 TEST(ParameterFile, OptionsAndFlagsThatCannotBeReadStayAsTheyAre) {
     // What stands in the place of an option that is set and of a flag that is set.
     const std::tuple<std::string, bool, bool> cases[] = {
-        {"True", true, false}, {"tRUE", true, false},       {"1", true, true},   {"-1", true, true},
-        {"0.4", true, false},  {"FALSE", false, false},     {"0", false, false}, {"Wahr", true, false},
-        {"", true, false},     {"1x", true, true},          {"2", true, true},   {"1.4", true, true},
-        {"0 ", false, false},  {"99999999999", true, true},
+        {"tRUE", true, false}, {"-1", true, true}, {"0.4", true, false}, {"FALSE", false, false},
+        {"", true, false},     {"1x", true, true}, {"0 ", false, false}, {"99999999999", true, true},
     };
     for (const auto& [value, option, flag] : cases) {
         FileRig rig(3);
@@ -189,12 +187,12 @@ TEST(ParameterFile, ACancelledDialogMeansTheDevicesOwnFile) {
     rig.editor().txtTab.text = "9";
     rig.load(std::nullopt);
     EXPECT_EQ(rig.editor().txtTab.text.get(), "0");
-    const auto& dialogs = rig.test.desktop.dialogs;
-    EXPECT_EQ(dialogs[0].title, "Parameter in Datei speichern");
-    EXPECT_EQ(dialogs[0].fileName, own);
-    EXPECT_EQ(dialogs[1].title, "Parameter-Datei öffnen");
-    EXPECT_EQ(dialogs[1].fileName, "*.GPM");
-    EXPECT_EQ(dialogs[1].filePattern, "*.GPM");
+    Texts dialogs;
+    for (const FileDialog& dialog : rig.test.desktop.dialogs) {
+        dialogs.push_back(dialog.title + "|" + dialog.fileName + "|" + dialog.filePattern);
+    }
+    EXPECT_EQ(dialogs, (Texts{"Parameter in Datei speichern|" + own + "|*.GPM",
+                              "Parameter-Datei öffnen|*.GPM|*.GPM"}));
 }
 
 TEST(ParameterFile, TypesWithoutAFile) {

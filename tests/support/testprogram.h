@@ -34,9 +34,11 @@ struct TestProgram {
     FakeFolders folders;
     Program program;
 
-    /// `line` takes the place of `serial`.
-    explicit TestProgram(const NumberLocale& locale = {}, SerialControl* line = nullptr)
-        : program({desktop, host, line != nullptr ? *line : serial, profileFiles, folders, locale}) {
+    /// `line` takes the place of `serial`, `disk` that of `profileFiles`.
+    explicit TestProgram(const NumberLocale& locale = {}, SerialControl* line = nullptr,
+                         ProfileFiles* disk = nullptr)
+        : program({desktop, host, line != nullptr ? *line : serial, disk != nullptr ? *disk : profileFiles,
+                   folders, locale}) {
         desktop.run(program.Timer1);
         desktop.run(program.TimeOut);
         desktop.nextInput = [this] { return serial.nextArrival(); };
