@@ -9,71 +9,58 @@ namespace vek {
 namespace {
 
 using sim::FaultKind;
-struct RangeCase {
-    int type;
-    TextBox ParameterControls::*box;
-    std::uint16_t number;
-    const char* lowest;
-    const char* highest;
-    const char* below;
-    const char* above;
-    const char* message;
-};
-
 TEST(WriteParameters, HoldsEveryNumberAgainstItsRange) {
     using C = ParameterControls;
-    const RangeCase cases[] = {
-        {1, &C::txtZWarnung, 3001, "2", "500", "1", "501", "Ungültiger Ansprechwert. Zan = 2...500k."},
-        {2, &C::txtZAlarm, 3003, "1", "495", "0", "496", "Ungültiger Ansprechwert. Zan = 1...495k."},
-        {1, &C::txtRWarnung, 3005, "2", "990", "1", "991", "Ungültiger Ansprechwert. Ran = 2...990."},
-        {2, &C::txtRAlarm, 3007, "1", "980", "0", "981", "Ungültiger Ansprechwert. Ran = 1...980."},
-        {3, &C::txtRWarnung, 3005, "2", "500", "1.9", "501", "Ungültiger Ansprechwert. Ran = 2...500."},
-        {4, &C::txtRAlarm, 3007, "1", "490", "-1", "490.1", "Ungültiger Ansprechwert. Ran = 1...490."},
-        {6, &C::txtRAlarm, 3007, "1", "980", "x", "1e3", "Ungültiger Ansprechwert. Ran = 1...980."},
-        {7, &C::txtRWarnung, 3005, "11", "500", "10", "501", "Ungültiger Ansprechwert. Ran = 11...500."},
-        {7, &C::txtRAlarm, 3007, "10", "490", "9", "491", "Ungültiger Ansprechwert. Ran = 10...490."},
-        {8, &C::txtRWarnung, 3005, "2", "100", "1", "101", "Ungültiger Ansprechwert. Ran = 2...100."},
-        {8, &C::txtRAlarm, 3007, "1", "95", "", "96", "Ungültiger Ansprechwert. Ran = 1...95."},
-        {9, &C::txtRWarnung, 3001, "11", "5000", "10", "5001", "Ungültiger Ansprechwert. Ran = 11...5000."},
-        {9, &C::txtRAlarm, 3003, "10", "4950", "9", "4951", "Ungültiger Ansprechwert. Ran = 10...4950."},
-        {10, &C::txtRWarnung, 3005, "6", "200", "5", "201", "Ungültiger Ansprechwert. Ran = 6...200."},
-        {10, &C::txtRAlarm, 3007, "5", "195", "4", "196", "Ungültiger Ansprechwert. Ran = 5...195."},
-        {1, &C::txtUnterSpg, 3009, "10", "499", "9", "500", "Ungültiger Ansprechwert. Unterspg = 10...499."},
-        {5, &C::txtUnterSpg, 3009, "30", "1140", "29", "1141",
-         "Ungültiger Ansprechwert. Unterspg = 30...1140."},
-        {7, &C::txtUnterSpg, 3009, "30", "1090", "29", "1091",
-         "Ungültiger Ansprechwert. Unterspg = 30...1090."},
-        {8, &C::txtUeberSpg, 3011, "9", "144", "8", "145", "Ungültiger Ansprechwert. Ueberspg = 9...144."},
-        {4, &C::txtUeberSpg, 3011, "31", "1150", "30", "1151",
-         "Ungültiger Ansprechwert. Ueberspg = 31...1150."},
-        {10, &C::txtUeberSpg, 3011, "11", "500", "10", "99999999999",
-         "Ungültiger Ansprechwert. Ueberspg = 11...500."},
-        {9, &C::txtBattH, 3005, "4", "500", "3", "501", "Ungültiger Ansprechwert. UBatH = 4...500 V."},
-        {9, &C::txtBattL, 3007, "3", "495", "2", "496", "Ungültiger Ansprechwert. UBatL = 3...495 V."},
-        {9, &C::txtCrossH, 3009, "4", "500", "3", "501", "Ungültiger Ansprechwert. UCrossH = 4...500 V."},
-        {9, &C::txtCrossL, 3011, "3", "495", "2", "496", "Ungültiger Ansprechwert. UCrossL = 3...495 V."},
-        {3, &C::txtTein, 3018, "0", "10", "-0.1", "10.1", "Ungültiger Ansprechwert. Tein = 0...10s."},
-        {3, &C::txtTan, 3019, "0", "99", "-1", "100",
-         "Ungültiger Ansprechwert für K1 und K2. Tan1+2 = 0...99s."},
-        {9, &C::txtTan1, 3019, "0", "99", "-1", "100", "Ungültiger Ansprechwert für K1. Tan1 = 0...99s."},
-        {9, &C::txtTan2, 3030, "0", "99", "-1", "100", "Ungültiger Ansprechwert für K2. Tan2 = 0...99s."},
-        {6, &C::txtTab, 3020, "0", "99", "-5", "100", "Ungültiger Ansprechwert. Tab = 0...99s."},
-    };
-    for (const RangeCase& c : cases) {
-        ParameterRig rig(c.type);
-        TextBox& box = rig.editor().*c.box;
-        for (const char* good : {c.lowest, c.highest}) {
+    // The lowest and the highest good value, bad ones below and above; what the message ends with.
+    const std::tuple<int, TextBox C::*, std::uint16_t, const char*, const char*, const char*, const char*,
+                     std::string>
+        cases[] = {
+            {1, &C::txtZWarnung, 3001, "2", "500", "1", "501", ". Zan = 2...500k."},
+            {2, &C::txtZAlarm, 3003, "1", "495", "0", "496", ". Zan = 1...495k."},
+            {1, &C::txtRWarnung, 3005, "2", "990", "1", "991", ". Ran = 2...990."},
+            {2, &C::txtRAlarm, 3007, "1", "980", "0", "981", ". Ran = 1...980."},
+            {3, &C::txtRWarnung, 3005, "2", "500", "1.9", "501", ". Ran = 2...500."},
+            {4, &C::txtRAlarm, 3007, "1", "490", "-1", "490.1", ". Ran = 1...490."},
+            {6, &C::txtRAlarm, 3007, "1", "980", "x", "1e3", ". Ran = 1...980."},
+            {7, &C::txtRWarnung, 3005, "11", "500", "10", "501", ". Ran = 11...500."},
+            {7, &C::txtRAlarm, 3007, "10", "490", "9", "491", ". Ran = 10...490."},
+            {8, &C::txtRWarnung, 3005, "2", "100", "1", "101", ". Ran = 2...100."},
+            {8, &C::txtRAlarm, 3007, "1", "95", "", "96", ". Ran = 1...95."},
+            {9, &C::txtRWarnung, 3001, "11", "5000", "10", "5001", ". Ran = 11...5000."},
+            {9, &C::txtRAlarm, 3003, "10", "4950", "9", "4951", ". Ran = 10...4950."},
+            {10, &C::txtRWarnung, 3005, "6", "200", "5", "201", ". Ran = 6...200."},
+            {10, &C::txtRAlarm, 3007, "5", "195", "4", "196", ". Ran = 5...195."},
+            {1, &C::txtUnterSpg, 3009, "10", "499", "9", "500", ". Unterspg = 10...499."},
+            {5, &C::txtUnterSpg, 3009, "30", "1140", "29", "1141", ". Unterspg = 30...1140."},
+            {7, &C::txtUnterSpg, 3009, "30", "1090", "29", "1091", ". Unterspg = 30...1090."},
+            {8, &C::txtUeberSpg, 3011, "9", "144", "8", "145", ". Ueberspg = 9...144."},
+            {4, &C::txtUeberSpg, 3011, "31", "1150", "30", "1151", ". Ueberspg = 31...1150."},
+            {10, &C::txtUeberSpg, 3011, "11", "500", "10", "99999999999", ". Ueberspg = 11...500."},
+            {9, &C::txtBattH, 3005, "4", "500", "3", "501", ". UBatH = 4...500 V."},
+            {9, &C::txtBattL, 3007, "3", "495", "2", "496", ". UBatL = 3...495 V."},
+            {9, &C::txtCrossH, 3009, "4", "500", "3", "501", ". UCrossH = 4...500 V."},
+            {9, &C::txtCrossL, 3011, "3", "495", "2", "496", ". UCrossL = 3...495 V."},
+            {3, &C::txtTein, 3018, "0", "10", "-0.1", "10.1", ". Tein = 0...10s."},
+            {3, &C::txtTan, 3019, "0", "99", "-1", "100", " für K1 und K2. Tan1+2 = 0...99s."},
+            {9, &C::txtTan1, 3019, "0", "99", "-1", "100", " für K1. Tan1 = 0...99s."},
+            {9, &C::txtTan2, 3030, "0", "99", "-1", "100", " für K2. Tan2 = 0...99s."},
+            {6, &C::txtTab, 3020, "0", "99", "-5", "100", ". Tab = 0...99s."},
+        };
+    for (const auto& [type, control, number, lowest, highest, below, above, range] : cases) {
+        ParameterRig rig(type);
+        TextBox& box = rig.editor().*control;
+        for (const char* good : {lowest, highest}) {
             box.text = good;
-            EXPECT_EQ(rig.write(), Boxes{}) << c.message << good;
-            EXPECT_EQ(std::to_string(rig.stored(c.number)), good);
+            EXPECT_EQ(rig.write(), Boxes{}) << range << good;
+            EXPECT_EQ(std::to_string(rig.stored(number)), good);
         }
         const std::size_t complete = rig.uses().size() / 2;
-        for (const char* bad : {c.below, c.above}) {
+        for (const char* bad : {below, above}) {
             const std::size_t before = rig.uses().size();
             box.text = bad;
-            EXPECT_EQ(rig.write(), Boxes{error(c.message)}) << bad;
+            EXPECT_EQ(rig.write(), Boxes{error("Ungültiger Ansprechwert" + range)}) << bad;
             EXPECT_EQ(rig.uses().size() - before, complete - 1) << "all the others are written";
-            EXPECT_EQ(std::to_string(rig.stored(c.number)), c.highest);
+            EXPECT_EQ(std::to_string(rig.stored(number)), highest);
         }
     }
     ParameterRig rounding(3);
