@@ -114,15 +114,5 @@ TEST(KdlReadParameters, GoesOnBehindRequestsWithoutAReply) {
     EXPECT_TRUE(editor.cmdReadPara.enabled && editor.cmdWritePara.enabled);
 }
 
-TEST(KdlReadParameters, EndsWithTheEditor) {
-    KdlRig rig(3);
-    frmMbParameter& editor = rig.editor();
-    rig.device.takeCommands();
-    rig.device.afterRequest(rig.test.desktop, ":MEM?", 1, [&] { editor.closeBoxPressed(); });
-    editor.cmdReadPara.click();
-    EXPECT_EQ(rig.device.takeCommands().back(), ":MEM?");
-    EXPECT_FALSE(rig.test.serial.isOpen());
-}
-
 }  // namespace
 }  // namespace vek
