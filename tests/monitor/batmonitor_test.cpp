@@ -11,7 +11,7 @@ const std::string batteryFile =
     "[BATTERIE_PARA]\r\nU_MODUL=10,73\r\nON_ROFF=0\r\nROFF_VAL=20000\r\nANZ_MODULE=36\r\nMODUL_BER=5000\r\n";
 
 sim::LineOptions playing(const char* scene, std::vector<sim::LineFault> faults) {
-    sim::LineOptions options = device(9, std::move(faults));
+    sim::LineOptions options = deviceOf(9, std::move(faults));
     options.device.battery.add(scene);
     return options;
 }

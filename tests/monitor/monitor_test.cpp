@@ -14,7 +14,7 @@ using sim::FaultKind;
 class MonitorRig : public PollRig<frmMbMonitor> {
   public:
     explicit MonitorRig(int type, std::vector<sim::LineFault> faults = {})
-        : PollRig(device(type, std::move(faults))) {}
+        : PollRig(deviceOf(type, std::move(faults))) {}
 
     void pin(std::size_t slot, float value, std::uint16_t status, std::uint16_t description) {
         peer.line.device().pin(slot, {value, status, description});

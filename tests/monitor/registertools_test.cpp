@@ -23,12 +23,6 @@ std::string modbusError(const std::string& text) {
     return "MODBUS-Fehler|stop|ok|" + text;
 }
 
-sim::LineOptions withFault(FaultKind kind, double amount, std::uint16_t reg) {
-    sim::LineOptions options;
-    options.faults = {{.kind = kind, .amount = amount, .reg = reg}};
-    return options;
-}
-
 /// One of the two windows on a simulated device, or on bytes that a test makes up.
 template <class Tool>
 class ToolRig {
@@ -221,14 +215,14 @@ TEST(ParameterRegisters, TellWhatTheDeviceRefuses) {
         {11, "Unbekannter Fehler (Ausnahme-Code 11)", ""},
     };
     for (const auto& [code, onRead, onWrite] : rows) {
-        RegisterTool rig(withFault(FaultKind::Exception, code, 3007));
+        RegisterTool rig(deviceOf(1, {fault(FaultKind::Exception, 3007, code)}));
         rig.read("3007", "1");
         EXPECT_EQ(rig.boxes(), Boxes{modbusError(onRead)});
         rig.write("3007", "45");
         EXPECT_EQ(rig.boxes(), Boxes{modbusError(*onWrite == '\0' ? onRead : onWrite)});
         EXPECT_EQ(rig.rows(), "");
     }
-    RegisterTool silent(withFault(FaultKind::Silence, 0, 3007));
+    RegisterTool silent(deviceOf(1, {fault(FaultKind::Silence, 3007, 0)}));
     silent.read("3007", "1");
     EXPECT_EQ(silent.boxes(), Boxes{crcDialog});
     silent.write("3007", "45");

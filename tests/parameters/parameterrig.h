@@ -17,7 +17,7 @@ using Boxes = Texts;
 class ParameterRig {
   public:
     explicit ParameterRig(int deviceType, std::vector<sim::LineFault> faults = {})
-        : peer(test.serial, test.clock, options(deviceType, std::move(faults))) {
+        : peer(test.serial, test.clock, deviceOf(deviceType, std::move(faults))) {
         test.configure();
         test.program.DeviceType = static_cast<std::uint8_t>(deviceType);
         test.program.DeviceName = peer.line.device().name();
@@ -85,13 +85,6 @@ class ParameterRig {
     }
 
   private:
-    static sim::LineOptions options(int deviceType, std::vector<sim::LineFault> faults) {
-        sim::LineOptions options;
-        options.device.type = deviceType;
-        options.faults = std::move(faults);
-        return options;
-    }
-
     static unsigned word(const Bytes& frame, std::size_t offset) {
         return static_cast<unsigned char>(frame[offset]) * 256U +
                static_cast<unsigned char>(frame[offset + 1]);
@@ -100,12 +93,6 @@ class ParameterRig {
     frmMbParameter* editor_ = nullptr;
     std::size_t opened_ = 0;
 };
-
-inline sim::LineFault fault(sim::FaultKind kind, int reg, double amount = 0, unsigned from = 1,
-                            unsigned times = 0) {
-    return {
-        .kind = kind, .amount = amount, .reg = static_cast<std::uint16_t>(reg), .from = from, .times = times};
-}
 
 /// The number in each use, "3005" for "w3005=100".
 inline Texts numbersOf(Texts uses) {
