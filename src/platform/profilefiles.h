@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace vek {
@@ -21,12 +20,6 @@ class ProfileFiles {
 
     /// The bytes of the file, for readProfileText(); "" when it is missing or unreadable.
     virtual std::string text(const std::string& path) = 0;
-
-    /// Value of the key, without blanks and tabs around it and without one pair of quotes (" or ') around the
-    /// whole; "" when file, section or key is missing or unreadable. At most `maxBytes` bytes of the value as
-    /// it stands on disk are returned.
-    std::string read(const std::string& path, std::string_view section, std::string_view key,
-                     std::size_t maxBytes);
 
     /// Writes all entries in one atomic replacement of the file: afterwards it holds the old text or the
     /// whole new one. Everything else in the file stays byte for byte. Missing file, section or key is

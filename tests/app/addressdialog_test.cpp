@@ -98,7 +98,6 @@ TEST_F(AddressDialog, ADeviceThatAnswersIsTakenOver) {
     answerWith(nameReply);
     search("3");
     EXPECT_EQ(test.desktop.takeBoxes(), Boxes{found("vekQA731-K7-2")});
-    EXPECT_EQ(test.program.DeviceAddress, 3);
     EXPECT_EQ(test.program.DeviceName, "vekQA731-K7-2");
     EXPECT_EQ(test.program.DeviceType, 3);
     EXPECT_EQ(shown(), "Modbus RTU - Monitor   V2.2.2            vekQA731-K7-2|ModBus-Geräteadresse =  3");
@@ -114,10 +113,10 @@ TEST_F(AddressDialog, ADeviceThatAnswersIsTakenOver) {
 }
 
 TEST_F(AddressDialog, AddressesAreZeroOr2To247) {
-    const std::tuple<const char*, const char*, int> cases[] = {
-        {"2", "02 03 26 48 00 0A 4E A0", 2},    {"247", "F7 03 26 48 00 0A 5A 05", 247},
-        {" 12", "0C 03 26 48 00 0A 4F 8E", 12}, {"12a", "0C 03 26 48 00 0A 4F 8E", 12},
-        {"", "00 03 26 48 00 0A 4F 42", 0},     {"abc", "00 03 26 48 00 0A 4F 42", 0}};
+    const std::tuple<const char*, const char*, int> cases[] = {{"2", "02 03 26 48 00 0A 4E A0", 2},
+                                                               {"247", "F7 03 26 48 00 0A 5A 05", 247},
+                                                               {"12a", "0C 03 26 48 00 0A 4F 8E", 12},
+                                                               {"abc", "00 03 26 48 00 0A 4F 42", 0}};
     answerWith(nameReply);
     for (const auto& [text, request, address] : cases) {
         search(text);
@@ -125,8 +124,8 @@ TEST_F(AddressDialog, AddressesAreZeroOr2To247) {
         EXPECT_EQ(test.serial.written, std::vector<Bytes>{fromHex(request)}) << text;
         EXPECT_EQ(test.desktop.takeBoxes(), Boxes{found("vekQA731-K7-2")}) << text;
     }
+    test.configureKdl();
     for (const char* frameFormat : {",e,8,1", kdlFrameFormat}) {
-        configureKdl(test.program);
         test.program.FrameFormat = frameFormat;
         for (const char* text : {"1", "248", "-3", "1.9", "247.1", "99999999999999"}) {
             search(text);
@@ -162,56 +161,36 @@ TEST_F(AddressDialog, ADeviceThatDoesNotAnswerLeavesNoAddress) {
               (Boxes{"Fehler|-|ok+cancel|Schnittstelle nicht vorhanden", crcDialog, missing}));
 }
 
-TEST_F(AddressDialog, CancelInTheCrcDialogEndsTheProgramAtOnce) {
-    test.desktop.answers = {MessageAnswer::Cancel};
-    test.host.log.clear();
-    dialog().cmbGeraeteAdresse.text = "12";
-    EXPECT_TRUE(test.endsProgram([this] { dialog().btnÜbernehmen.click(); }));
-    EXPECT_EQ(test.desktop.boxes, (Boxes{crcDialog, farewell}));
-    EXPECT_EQ(test.host.log, (Boxes{"-frmGeräteadresse", "-frmModBusTerminal", "-frmModBus"}));
-    EXPECT_EQ(window.caption.get(), startCaption) << "nothing is shown any more";
-    EXPECT_FALSE(test.serial.isOpen());
-    EXPECT_EQ(test.serial.written.size(), 1U);
-    EXPECT_EQ(test.profileFiles.writeCount, 1) << "those of the first start";
-}
-
 class KdlAddressDialog : public AddressDialog {
   protected:
-    KdlAddressDialog() { configureKdl(test.program); }
+    KdlAddressDialog() { test.configureKdl(); }
     KdlDevice device{test.serial};
 };
 
 TEST_F(KdlAddressDialog, ADeviceThatAnswersIsTakenOver) {
-    struct Case {
-        const char* address;
-        const char* frame;  ///< of the first request
-        int deviceAddress;
-        const char* variant;
-        const char* name;
-        int type;
-    };
-    const Case cases[] = {{"3", ":;003:IDNM?&dZs\r\n", 3, "731-K7-2", "vekQA731-K7-2", 3},
-                          {"247", ":;247:IDNM?&dZi\r\n", 247, " 731", "vekQA 731", 3},
-                          {"0", ":;000:IDNM?&dZv\r\n", 0, "", "vekQA", 1},
-                          {" 12", ":;012:IDNM?&dZs\r\n", 12, "\x80\n", "vekQA€\uFFFD", 1},
-                          {"12a", ":;12a:IDNM?&dZB\r\n", 12, " 731 ", "vekQA 731 ", 1}};
-    for (const Case& c : cases) {
+    // Address, the first request, the address kept; the device's variant, its name and type.
+    const std::tuple<std::string, std::string, int, const char*, const char*, int> cases[] = {
+        {"3", ":;003:IDNM?&dZs\r\n", 3, "731-K7-2", "vekQA731-K7-2", 3},
+        {"0", ":;000:IDNM?&dZv\r\n", 0, "", "vekQA", 1},
+        {" 12", ":;012:IDNM?&dZs\r\n", 12, "\x80\n", "vekQA€\uFFFD", 1},
+        {"12a", ":;12a:IDNM?&dZB\r\n", 12, " 731 ", "vekQA 731 ", 1}};
+    for (const auto& [address, frame, number, variant, name, type] : cases) {
         // Clicks while the reply is awaited do nothing.
         test.desktop.onEvents = [&] {
             if (test.program.lineInUse) {
                 dialog().btnÜbernehmen.click();
             }
         };
-        device.answers = {{":IDNM?", "vekQA"}, {":IDNV?", c.variant}};
-        search(c.address);
-        ASSERT_EQ(test.serial.written.size(), 2U) << c.address;
-        EXPECT_EQ(test.serial.written[0], c.frame);
-        EXPECT_EQ(test.program.KdlAddressPrefix, std::string(c.frame).substr(0, 5));
-        EXPECT_EQ(test.program.DeviceAddress, c.deviceAddress) << c.address;
-        EXPECT_EQ(test.program.DeviceType, c.type) << c.address;
-        EXPECT_EQ(test.desktop.takeBoxes(), Boxes{found(c.name)});
-        EXPECT_EQ(shown(), std::string("KDL - Monitor   V2.2.2            ") + c.name +
-                               "|KDL-Geräteadresse = " + c.address);
+        device.answers = {{":IDNM?", "vekQA"}, {":IDNV?", variant}};
+        search(address);
+        ASSERT_EQ(test.serial.written.size(), 2U) << address;
+        EXPECT_EQ(test.serial.written[0], frame);
+        EXPECT_EQ(test.program.KdlAddressPrefix, frame.substr(0, 5));
+        EXPECT_EQ(test.program.DeviceAddress, number) << address;
+        EXPECT_EQ(test.program.DeviceType, type) << address;
+        EXPECT_EQ(test.desktop.takeBoxes(), Boxes{found(name)});
+        EXPECT_EQ(shown(), std::string("KDL - Monitor   V2.2.2            ") + name +
+                               "|KDL-Geräteadresse = " + address);
     }
     EXPECT_EQ(test.serial.openings.back().settings, "9600,e,7,1");
 }
@@ -228,25 +207,18 @@ TEST_F(KdlAddressDialog, ADeviceThatAnswersHalfOrNotAtAllLeavesNoAddress) {
         EXPECT_EQ(shown(), "KDL - Monitor    V2.2.2            |KDL-Geräteadresse = 12");
         expectOldDevice();
     }
-    test.serial.openErrors = {{3, PortError::NotPermitted}};
-    search("12");
-    EXPECT_EQ(test.desktop.takeBoxes(), Boxes{missing}) << "a port without a message of its own";
-    window.mnuMonitor.click();
-    EXPECT_EQ(test.desktop.boxes,
-              Boxes{"Hinweis|info|ok|Zuerst die Schnittstellenparameter und die Geräteadresse einstellen"});
 }
 
 TEST_F(KdlAddressDialog, ATextOfAnotherLengthEndsTheProgramWithoutAWord) {
     for (const char* text : {"", "   ", "0012", "12abc"}) {
         TestProgram other;
-        auto& mainWindow = other.open<frmModBus>();
-        configureKdl(other.program);
+        other.open<frmModBus>();
+        other.configureKdl();
         auto& opened = other.open<frmGeräteadresse>();
         opened.cmbGeraeteAdresse.text = std::string(text);
         EXPECT_TRUE(other.endsProgram([&] { opened.btnÜbernehmen.click(); })) << text;
         EXPECT_EQ(other.program.KdlAddressPrefix, "     ");
         EXPECT_TRUE(other.serial.openings.empty() && other.desktop.boxes.empty());
-        EXPECT_EQ(mainWindow.sbStatusBar_2.caption.get(), "");
     }
 }
 

@@ -1,18 +1,13 @@
 #include <gtest/gtest.h>
 
-#include "app/ModBusLink.h"
-#include "app/frmAbout.h"
 #include "app/frmModBus.h"
 #include "modbus/ModBus.h"
-#include "monitor/frmBatMonitor.h"
-#include "support/shown.h"
 #include "support/testprogram.h"
 
 namespace vek {
 namespace {
 
 using Boxes = std::vector<std::string>;
-using Texts = std::vector<std::string>;
 
 const std::string notConfigured =
     "Hinweis|info|ok|Zuerst die Schnittstellenparameter und die Geräteadresse einstellen";
@@ -30,27 +25,11 @@ class MainWindow : public testing::Test {
     frmModBus& window = test.open<frmModBus>();
 };
 
-TEST_F(MainWindow, OffersItsCommandsInThisOrder) {
-    std::string keys;
-    for (const ToolButton* button : window.Toolbar1.buttons) {
-        keys += (button->kind == ToolButton::Kind::Separator ? "-" : button->name) + " ";
-    }
-    EXPECT_EQ(
-        keys,
-        "DEV_MONITOR DEV_PARA - DEBUG_VALUE DEBUG_PARA - INTERFACE DEV_ADR TERMINAL - INFO MODBUS_EXIT ");
-}
-
 TEST_F(MainWindow, DeviceFunctionsNeedAPortAndADevice) {
-    struct Case {
-        const char* frameFormat;
-        const char* kdlPrefix;
-        std::uint8_t deviceAddress;
-        std::int16_t comPort;
-        Boxes device;  ///< boxes of Monitor and Parameter
-        Boxes debug;   ///< boxes of the two register windows
-    };
     const Boxes refused = {notConfigured};
-    const Case cases[] = {
+    // Frame format, KDL address, device address, port; the boxes of Monitor and Parameter, and those of the
+    // two register windows.
+    const std::tuple<const char*, const char*, std::uint8_t, std::int16_t, Boxes, Boxes> cases[] = {
         {",e,8,1", "     ", 3, 0, refused, refused},
         {",e,8,1", ":;003", 0, 3, refused, refused},
         {",n,8,1", "     ", 3, 3, {}, {}},
@@ -63,19 +42,19 @@ TEST_F(MainWindow, DeviceFunctionsNeedAPortAndADevice) {
                                                                  {&window.mnuParameter, "DEV_PARA", true},
                                                                  {&window.mnuMessReg, "DEBUG_VALUE", false},
                                                                  {&window.mnuParaReg, "DEBUG_PARA", false}};
-    for (const Case& c : cases) {
-        test.program.FrameFormat = c.frameFormat;
-        test.program.KdlAddressPrefix = c.kdlPrefix;
-        test.program.DeviceAddress = c.deviceAddress;
-        test.program.ComPort = c.comPort;
+    for (const auto& [frameFormat, kdlPrefix, deviceAddress, comPort, device, debug] : cases) {
+        test.program.FrameFormat = frameFormat;
+        test.program.KdlAddressPrefix = kdlPrefix;
+        test.program.DeviceAddress = deviceAddress;
+        test.program.ComPort = comPort;
         for (const auto& [item, key, forDevice] : commands) {
+            const Boxes& expected = forDevice ? device : debug;
             for (const bool byToolBar : {false, true}) {
                 byToolBar ? window.Toolbar1.buttonClick(key) : item->click();
-                const Boxes& expected = forDevice ? c.device : c.debug;
-                EXPECT_EQ(test.program.shell.commandsAvailable, !expected.empty()) << key << &c - cases;
+                EXPECT_EQ(test.program.shell.commandsAvailable, !expected.empty()) << key << frameFormat;
                 const Boxes boxes = test.desktop.takeBoxes();
                 if (!expected.empty()) {  // else an editor opens, reads, and finds no device
-                    EXPECT_EQ(boxes, expected) << key << &c - cases;
+                    EXPECT_EQ(boxes, expected) << key << frameFormat;
                 }
                 while (!test.program.shell.commandsAvailable) {
                     test.program.windows.close(*test.host.open.back());
@@ -170,93 +149,23 @@ TEST_F(MainWindow, EndsTheProgram) {
     }
 }
 
-TEST_F(MainWindow, AboutBoxAndTheMainWindowLastWhenAllWindowsClose) {
-    window.mnuInfo.click();
-    auto& about = dynamic_cast<frmAbout&>(*child("frmAbout"));
-    EXPECT_EQ(captions({&about.lblVersion, &about.lblTitle, &about.lblDescription}),
-              "Version 2.2.2|MODBUS RTU / KDL - Monitor|"
-              "MODBUS-RTU / KDL Testtool für die vekXX731 Geräteserie");
-    EXPECT_EQ(about.caption.get(), "Info zu MODBUS RTU / KDL - Monitor");
-    about.cmdOK.click();
-    EXPECT_EQ(child("frmAbout"), nullptr);
+TEST_F(MainWindow, ClosesLastWhenAllWindowsClose) {
     window.mnuInfo.click();
     test.host.log.clear();
     EXPECT_TRUE(test.endsProgram([this] { UnloadAllWindows(test.program); }));
     EXPECT_EQ(test.host.log, (Boxes{"-frmAbout", "-frmModBusTerminal", "-frmModBus"}));
 }
 
-constexpr const char* settings = "/daten/vekXX731_Monitor.ini";
-constexpr const char* deviceFile = "vekQH731-K7-2.GPM";
-const std::string noFile = "Fehler|stop|ok|Keine gültige Parameter-Datei vorhanden";
-
-/// A battery monitor leaves no profile behind: what follows from that until the program ends.
-TEST(BatteryProfile, AfterTheBatteryMonitorTheSettingsFileIsOutOfReach) {
-    TestProgram test;
-    auto& main = test.open<frmModBus>();
-    test.configure();
-    test.program.DeviceType = 9;
-    test.program.DeviceName = "vekQH731-K7-2";
-    const auto openMonitor = [&]() -> frmBatMonitor& {
-        main.mnuMonitor.click();
-        return dynamic_cast<frmBatMonitor&>(*test.program.windows.find("frmBatMonitor"));
-    };
-    const auto batteryData = [](const frmBatMonitor& monitor) {
-        return Texts{monitor.txtBatVoltage.text, monitor.txtAnzBatModul.text, monitor.txtModBer.text,
-                     monitor.txtRoffVal.text};
-    };
-
-    // First use: data from the settings file, and back to it.
-    auto& first = openMonitor();
-    EXPECT_FALSE(main.Toolbar1.visible);
-    EXPECT_EQ(batteryData(first), (Texts{"10,73", "36", "5000", "20000"}));
-    first.txtAnzBatModul.text = "40";
-    first.cmdClose.click();
-    EXPECT_TRUE(main.Toolbar1.visible);
-    const std::string saved = test.profileFiles.files[settings];
-    EXPECT_NE(saved.find("ANZ_MODULE=40\r\n"), std::string::npos);
-    EXPECT_EQ(test.program.ProfilePath, "");
-
-    // The interface dialog shows and takes the settings of this run, but has no file to write them to.
-    main.mnuSchnittstelle.click();
-    auto& dialog = dynamic_cast<ModBusLink&>(*test.program.windows.find("ModBusLink"));
-    EXPECT_TRUE(dialog.optCom[2].value);
-    EXPECT_TRUE(dialog.optBaud[3].value);
-    dialog.optCom[4].value = true;
-    dialog.btnOk.click();
-    EXPECT_EQ(test.desktop.takeBoxes(), (Boxes{noFile, noFile, noFile}));
-    EXPECT_EQ(test.program.ComPort, 5);
-    EXPECT_EQ(test.profileFiles.files[settings], saved);
-
-    // Second use: the first reading of a key turns to the device's parameter file, which is not there.
-    auto& second = openMonitor();
-    EXPECT_EQ(test.program.ProfilePath, deviceFile);
-    EXPECT_EQ(batteryData(second), Texts(4));
-    EXPECT_FALSE(second.chkRoffset.value);
-    second.txtBatVoltage.text = "12";
-    second.closeBoxPressed();
-    EXPECT_EQ(test.profileFiles.files[deviceFile],
-              "[BATTERIE_PARA]\r\nANZ_MODULE=\r\nU_MODUL=12\r\nMODUL_BER=\r\nROFF_VAL=\r\nON_ROFF=0\r\n");
-    EXPECT_EQ(test.profileFiles.files[settings], saved);
-
-    // Third use: from there again.
-    EXPECT_EQ(batteryData(openMonitor()), (Texts{"12", "", "", ""}));
-    EXPECT_TRUE(test.desktop.boxes.empty());
-}
-
-TEST(BatteryProfile, TheOtherBusAndOtherTypesHaveTheOrdinaryMonitor) {
-    const std::tuple<std::uint8_t, const char*, const char*> rows[] = {{9, ",e,8,1", "frmBatMonitor"},
-                                                                       {9, "", "frmBatMonitor"},
-                                                                       {9, ",e,7,1", "frmMbMonitor"},
-                                                                       {8, ",e,8,1", "frmMbMonitor"}};
+TEST_F(MainWindow, TheBatteryMonitorIsForBatteryDevicesOnModbus) {
+    const std::tuple<std::uint8_t, const char*, const char*> rows[] = {
+        {9, ",e,8,1", "frmBatMonitor"}, {9, ",e,7,1", "frmMbMonitor"}, {8, ",e,8,1", "frmMbMonitor"}};
+    test.program.KdlAddressPrefix = ":;003";
     for (const auto& [type, frame, opened] : rows) {
-        TestProgram test;
-        auto& main = test.open<frmModBus>();
-        test.configure();
-        test.program.KdlAddressPrefix = ":;003";
         test.program.DeviceType = type;
         test.program.FrameFormat = frame;
-        main.Toolbar1.buttonClick("DEV_MONITOR");
-        EXPECT_NE(test.program.windows.find(opened), nullptr) << int{type} << frame;
+        window.Toolbar1.buttonClick("DEV_MONITOR");
+        ASSERT_NE(child(opened), nullptr) << int{type} << frame;
+        child(opened)->closeBoxPressed();
     }
 }
 

@@ -54,11 +54,17 @@ Bytes bytesOf(std::span<const std::uint8_t> bytes) {
     return {bytes.begin(), bytes.end()};
 }
 
-}  // namespace
-
-bool hasRightCrc(const Bytes& frame) {
-    return sim::hasValidCrc(simBytes(frame));
+sim::LineOptions optionsOf(std::uint32_t seed, bool kdl) {
+    sim::LineOptions options;
+    options.device.seed = seed;
+    options.device.type = static_cast<int>(seed % 10) + 1;
+    options.device.kdl = kdl;
+    options.device.speed = 20;
+    options.pace = seed % 3 == 0;
+    return options;
 }
+
+}  // namespace
 
 FaultyLine::FaultyLine(TestProgram& test, const sim::LineOptions& options, Figures& figures)
     : test_(test), peer_(test.serial, test.clock, options), figures_(figures), random_(options.device.seed) {
@@ -173,6 +179,26 @@ void FaultyLine::observe(sim::SimulatedLine::Direction direction, std::span<cons
     if (!isKdl() && heard_[1] == 3) {
         exchange.genuine = bytesOf(sim::ModbusSlave(device()).answer(simBytes(heard_)));
     }
+}
+
+Episode::Episode(std::uint32_t seed, bool kdl, Figures& figures)
+    : figures_(figures), seed_(seed), line_(test_, optionsOf(seed, kdl), figures) {
+    kdl ? test_.configureKdl() : test_.configure();
+    test_.program.DeviceType = static_cast<std::uint8_t>(line_.device().type().number);
+    test_.program.DeviceName = line_.device().name();
+    test_.open<LastWindow>();
+}
+
+void Episode::expect(bool good, const std::string& what) {
+    if (!good) {
+        figures_.expect(false, "seed " + std::to_string(seed_) + ", request " +
+                                   std::to_string(line_.requests()) + ": " + what);
+    }
+}
+
+void Episode::expectText(const Label& label, const std::string& expected) {
+    expect(label.caption.get() == expected,
+           label.name + " shows \"" + label.caption.get() + "\", not \"" + expected + "\"");
 }
 
 }  // namespace vek

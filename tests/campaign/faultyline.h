@@ -67,7 +67,20 @@ class FaultyLine {
     Subscription logged_;
 };
 
-/// Whether the last two bytes are the CRC of those before.
-bool hasRightCrc(const Bytes& frame);
+/// What every use of the program on such a line has: the program, the line, and where the mismatches go.
+class Episode {
+  protected:
+    Episode(std::uint32_t seed, bool kdl, Figures& figures);
+
+    void expect(bool good, const std::string& what);
+    void expectText(const Label& label, const std::string& expected);
+    /// Another field that showed what the device sent, or else that there is no value.
+    void count(bool value) { ++(value ? figures_.values : figures_.missing); }
+
+    Figures& figures_;
+    std::uint32_t seed_;
+    TestProgram test_;
+    FaultyLine line_;
+};
 
 }  // namespace vek

@@ -3,7 +3,6 @@
 
 #include "campaign/episodes.h"
 #include "campaign/faultyline.h"
-#include "kdl/kdldevice.h"
 #include "kdl/kdlrow.h"
 #include "monitor/frmMbMonitor.h"
 #include "platform/textcodec.h"
@@ -34,14 +33,9 @@ Bytes payloadOf(const Exchange& exchange) {
     return end == Bytes::npos || end < headerLength ? reply : reply.substr(headerLength, end - headerLength);
 }
 
-class Episode {
+class KdlEpisode : Episode {
   public:
-    Episode(std::uint32_t seed, Figures& figures)
-        : figures_(figures), seed_(seed), line_(test_, options(seed), figures) {
-        configureKdl(test_.program);
-        test_.program.DeviceType = static_cast<std::uint8_t>(line_.device().type().number);
-        test_.open<LastWindow>();
-    }
+    KdlEpisode(std::uint32_t seed, Figures& figures) : Episode(seed, true, figures) {}
 
     void run() {
         auto& window = test_.open<frmMbMonitor>();
@@ -73,23 +67,6 @@ class Episode {
         std::string description;
     };
 
-    static sim::LineOptions options(std::uint32_t seed) {
-        sim::LineOptions options;
-        options.device.seed = seed;
-        options.device.type = static_cast<int>(seed % 10) + 1;
-        options.device.kdl = true;
-        options.device.speed = 20;
-        options.pace = seed % 3 == 0;
-        return options;
-    }
-
-    void expect(bool good, const std::string& what) {
-        if (!good) {
-            figures_.expect(false, "seed " + std::to_string(seed_) + ", request " +
-                                       std::to_string(line_.requests()) + ": " + what);
-        }
-    }
-
     std::vector<Exchange> takeExchanges() {
         std::vector<Exchange> exchanges = line_.take();
         for (const Exchange& exchange : exchanges) {
@@ -110,7 +87,7 @@ class Episode {
         const Exchange& last = exchanges.back();
         const Bytes reply = payloadOf(last);
         if (commandOf(exchanges.front().request) == ":IDND?") {
-            ++(isComplete(exchanges.front()) ? figures_.values : figures_.missing);
+            count(isComplete(exchanges.front()));
             expectText(window.lblSwRegNr, withoutControls(utf8FromWindows1252(payloadOf(exchanges.front()))));
             return;
         }
@@ -118,7 +95,7 @@ class Episode {
             next_ = 0;
             return;
         }
-        ++(isComplete(last) ? figures_.values : figures_.missing);
+        count(isComplete(last));
         Row& row = rows_.at(next_);
         follow(row, reply);
         expectText(window.lblMesswert[next_], row.value);
@@ -139,11 +116,6 @@ class Episode {
         row.description = kdlRowName(reply).value_or(row.description);
     }
 
-    void expectText(const Label& label, const std::string& expected) {
-        expect(label.caption.get() == expected,
-               label.name + " shows \"" + label.caption.get() + "\", not \"" + expected + "\"");
-    }
-
     void checkCommand() {
         const std::vector<Exchange> exchanges = takeExchanges();
         const bool success = exchanges.size() == 1 && payloadOf(exchanges[0]).empty();
@@ -152,10 +124,6 @@ class Episode {
                "the command's result is not the device's");
     }
 
-    Figures& figures_;
-    std::uint32_t seed_;
-    TestProgram test_;
-    FaultyLine line_;
     std::array<Row, rows> rows_;
     std::size_t next_ = 0;
 };
@@ -163,7 +131,7 @@ class Episode {
 }  // namespace
 
 void runKdlEpisode(std::uint32_t seed, Figures& figures) {
-    Episode(seed, figures).run();
+    KdlEpisode(seed, figures).run();
 }
 
 }  // namespace vek

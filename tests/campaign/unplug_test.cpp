@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "campaign/pluggedline.h"
-#include "kdl/kdldevice.h"
 #include "monitor/frmMbMonitor.h"
 #include "parameters/frmMbParameter.h"
+#include "support/shown.h"
 #include "support/testprogram.h"
 
 namespace vek {
@@ -33,7 +33,7 @@ class Rig {
         line_.clock = &test.clock;
         test.configure();
         if (kdl) {
-            configureKdl(test.program);
+            test.configureKdl();
         }
         test.program.ComPort = 1;
         test.program.DeviceType = 1;
@@ -108,16 +108,6 @@ void PrintTo(const Operation& operation, std::ostream* out) {
     *out << operation.name;
 }
 
-Texts shownRows(const frmMbMonitor& window) {
-    Texts texts;
-    for (std::size_t row = 0; row < slots; ++row) {
-        texts.push_back(window.lblMesswert[row].caption);
-        texts.push_back(window.lblEinheit[row].caption);
-        texts.push_back(window.lblMessName[row].caption);
-    }
-    return texts;
-}
-
 /// Watches until, the adapter being back for good, all rows have been read anew.
 Texts watch(Rig& rig, const Pull& pull) {
     const std::size_t requestsOfTwoPasses = rig.test.program.kdlActive() ? 90 : 60;
@@ -130,25 +120,11 @@ Texts watch(Rig& rig, const Pull& pull) {
         }
     };
     window.cmdRunMonitor.click();
-    return shownRows(window);
-}
-
-Texts watchModbus(Rig& rig, const Pull& pull) {
-    Texts texts = watch(rig, pull);
     rig.expectOnlyThePulledRequestsFailed();
-    return texts;
-}
-
-Texts shownParameters(const frmMbParameter& editor) {
     Texts texts;
-    for (const TextBox* box :
-         {&editor.txtRWarnung, &editor.txtRAlarm, &editor.txtUnterSpg, &editor.txtUeberSpg,
-          &editor.txtAdresse, &editor.txtTein, &editor.txtTan, &editor.txtTab}) {
-        texts.push_back(box->text);
-    }
-    for (const OptionButton* option :
-         {&editor.optR1nc, &editor.optBaud9600, &editor.optEven, &editor.optSelfTest24h}) {
-        texts.emplace_back(option->value ? "on" : "off");
+    for (std::size_t row = 0; row < slots; ++row) {
+        texts.push_back(
+            captions({&window.lblMesswert[row], &window.lblEinheit[row], &window.lblMessName[row]}));
     }
     return texts;
 }
@@ -160,7 +136,17 @@ Texts readParameters(Rig& rig, const Pull& pull) {
     rig.recover();
     editor.cmdReadPara.click();
     EXPECT_EQ(rig.test.desktop.boxes, Texts());
-    return shownParameters(editor);
+    Texts texts;
+    for (const TextBox* box :
+         {&editor.txtRWarnung, &editor.txtRAlarm, &editor.txtUnterSpg, &editor.txtUeberSpg,
+          &editor.txtAdresse, &editor.txtTein, &editor.txtTan, &editor.txtTab}) {
+        texts.push_back(box->text);
+    }
+    for (const OptionButton* option :
+         {&editor.optR1nc, &editor.optBaud9600, &editor.optEven, &editor.optSelfTest24h}) {
+        texts.emplace_back(option->value ? "on" : "off");
+    }
+    return texts;
 }
 
 Texts writeParameters(Rig& rig, const Pull& pull) {
@@ -235,7 +221,7 @@ TEST_P(Unplug, DISABLED_AtEachByteOfEachRequestAndTheProgramGoesOn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, Unplug,
-                         testing::Values(Operation{"Monitor", 33, watchModbus},
+                         testing::Values(Operation{"Monitor", 33, watch},
                                          Operation{"Read", 25, readParameters},
                                          Operation{"Write", 25, writeParameters},
                                          Operation{"KdlMonitor", 40, watch, true},

@@ -20,9 +20,7 @@
 #include "parameters/parameterfiles.h"
 #include "platform/posix/posixprofilefiles.h"
 #include "platform/temporaryfolder.h"
-#include "support/fakedesktop.h"
-#include "support/fakefolders.h"
-#include "support/fakeserial.h"
+#include "support/testprogram.h"
 
 namespace vek {
 namespace {
@@ -33,20 +31,17 @@ using Boxes = std::vector<std::string>;
 using Microseconds = std::chrono::microseconds;
 
 /// The program on the real disk; the rest of the platform are stand-ins.
-struct DiskProgram {
-    FakeClock clock;
-    FakeSerial serial{clock};
-    FakeDesktop desktop{clock};
-    FakeFormHost host;
-    FakeFolders folders;
-    PosixProfileFiles files;
-    Program program{{desktop, host, serial, files, folders, {}}};
+struct DiskFiles {
+    PosixProfileFiles disk;
+};
+struct DiskProgram : DiskFiles, TestProgram {
+    DiskProgram() : TestProgram({}, nullptr, &disk) {}
 };
 
 /// Takes over one of two settings in the interface dialog, which stores them.
 void saveSettings(DiskProgram& on, const std::string& path, bool second) {
     on.program.ProfilePath = path;
-    auto& dialog = on.program.windows.open(std::make_unique<ModBusLink>(on.program));
+    auto& dialog = on.open<ModBusLink>();
     dialog.optCom[second ? 11 : 0].value = true;
     dialog.optBaud[second ? 7 : 3].value = true;
     (second ? dialog.opt8n1 : dialog.opt8e1).value = true;

@@ -63,12 +63,4 @@ class KdlDevice {
     FakeSerial& serial_;
 };
 
-/// COM3, 9600 baud, the KDL device at address 3.
-inline void configureKdl(Program& program) {
-    program.ComPort = 3;
-    program.BaudRate = 9600;
-    program.FrameFormat = kdlFrameFormat;
-    program.KdlAddressPrefix = ":;003";
-}
-
 }  // namespace vek

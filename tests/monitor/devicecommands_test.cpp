@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "kdl/kdldevice.h"
 #include "modbus/modbusframe.h"
 #include "monitor/frmMbMonitor.h"
@@ -20,11 +22,11 @@ struct Command {
     Button frmMbMonitor::*button;
     std::vector<const char*> requests;
     const char* kdlRequest;
-    std::string success;
-    std::string failure;
+    const char* success;
+    const char* failure;
+    const char* kdlSuccess = success;
 };
 
-const std::string notReset = "Das Zurücksetzen auf die Werkseinstellung konnte nicht durchgeführt werden";
 const Command commands[] = {
     {&frmMbMonitor::cmdCal,
      {"03 10 1F 40 00 01 02 71 6F 3B 4D", "03 10 1F 41 00 01 02 76 75 B9 67"},
@@ -40,77 +42,74 @@ const Command commands[] = {
      {"03 10 1F 46 00 01 02 43 4C 6F 92"},
      ":;003:ALMCL&dZq\r\n",
      "Der Fehlerspeicher(Alarme) wurde zurückgesetzt.",
-     "Der Fehlerspeicher(Alarme) konnte nicht zurückgesetzt werden."},
+     "Der Fehlerspeicher(Alarme) konnte nicht zurückgesetzt werden.",
+     "Der Fehlerspeicher(Alarme) wurde zurückgesetzt"},
     {&frmMbMonitor::cmdFACT,
      {"03 10 1F 44 00 01 02 46 53 2C E8"},
      ":;003:DEFLT&dZk\r\n",
      "Das Geräte wurde auf die Werkseinstellungen (ohne Schnittstellen Parameter) zurückgesetzt.",
-     notReset},
+     "Das Zurücksetzen auf die Werkseinstellung konnte nicht durchgeführt werden"},
     {&frmMbMonitor::cmdFACTall,
      {"03 10 1F 43 00 01 02 66 61 B5 4A"},
      ":;003:DEFLT 51&00C\r\n",
      "Das Geräte wurde auf die Werkseinstellungen (alle Parameter) zurückgesetzt.",
-     notReset},
+     "Das Zurücksetzen auf die Werkseinstellung konnte nicht durchgeführt werden"},
 };
 
-/// On KDL, one text ends without its full stop.
-std::string kdlSuccess(const Command& command) {
-    const bool cleared = command.button == &frmMbMonitor::cmdCLR;
-    return command.success.substr(0, command.success.size() - (cleared ? 1 : 0));
-}
+/// Presses the button of a command; each of its requests gets the reply that `replyTo` makes of it. The boxes
+/// without the question that comes before a calibration, and the requests.
+struct Press {
+    Press(const Command& command, bool kdl,
+          const std::function<Bytes(std::string_view, std::size_t)>& replyTo) {
+        TestProgram test;
+        kdl ? test.configureKdl() : test.configure();
+        auto& monitor = test.open<frmMbMonitor>();
+        test.serial.peer = [&](std::string_view request) {
+            test.serial.reply(replyTo(request, test.serial.written.size() - 1));
+        };
+        // Clicks while the reply is awaited do nothing.
+        test.desktop.onEvents = [&] {
+            for (const Command& other : commands) {
+                EXPECT_FALSE((monitor.*other.button).enabled);
+                (monitor.*other.button).click();
+            }
+            monitor.cmdRunMonitor.click();
+        };
+        (monitor.*command.button).click();
+        EXPECT_EQ(test.serial.openings.size(), 1U);
+        EXPECT_FALSE(test.serial.isOpen() || test.program.lineInUse);
+        boxes = test.desktop.boxes;
+        requests = test.serial.written;
+        if (command.button == &frmMbMonitor::cmdCal) {
+            EXPECT_EQ(boxes.at(0), question);
+            boxes.erase(boxes.begin());
+        }
+    }
 
-/// The boxes of a command: its question, what came on the way, and the message at its end.
-Boxes boxesOf(const Command& command, const Boxes& onTheWay, const std::string& last) {
-    Boxes boxes = command.button == &frmMbMonitor::cmdCal ? Boxes{question} : Boxes{};
-    boxes.insert(boxes.end(), onTheWay.begin(), onTheWay.end());
-    boxes.push_back(last);
-    return boxes;
-}
-
-Bytes acknowledged(std::string_view request) {
-    const Bytes head(request.substr(0, 6));
-    return head + ComputeCrc(head);
-}
-Bytes refused(std::string_view /*request*/) {
-    return fromHex("03 90 01 2C 00");
-}
-Bytes silent(std::string_view /*request*/) {
-    return {};
-}
+    Boxes boxes;
+    std::vector<Bytes> requests;
+};
 
 TEST(DeviceCommands, SendTheirWordsAndTellHowItWent) {
-    struct Run {
-        const char* what;
-        Bytes (*first)(std::string_view);
-        Bytes (*later)(std::string_view);
-        Boxes boxes;
-    };
-    const Run runs[] = {{"taken", acknowledged, acknowledged, {}},
-                        {"refused", refused, acknowledged, {illegalFunction}},
-                        {"silent", silent, acknowledged, {crcDialog}},
-                        {"refused then", acknowledged, refused, {illegalFunction}}};
-    for (const Command& c : commands) {
-        for (const Run& run : runs) {
-            TestProgram test;
-            test.configure();
-            auto& monitor = test.open<frmMbMonitor>();
-            test.serial.peer = [&](std::string_view request) {
-                test.serial.reply((test.serial.written.size() == 1 ? run.first : run.later)(request));
-            };
-            (monitor.*c.button).click();
-            const std::size_t sent = run.first == acknowledged ? c.requests.size() : 1;
-            ASSERT_EQ(test.serial.written.size(), sent) << c.failure << run.what;
-            for (std::size_t index = 0; index < sent; ++index) {
-                EXPECT_EQ(test.serial.written[index], fromHex(c.requests[index]));
+    const std::pair<const char*, std::string> failures[] = {{"03 90 01 2C 00", illegalFunction},
+                                                            {"", crcDialog}};
+    for (const Command& command : commands) {
+        std::vector<Bytes> words;
+        for (std::size_t failing = 0; failing <= command.requests.size(); ++failing) {
+            const bool taken = failing == command.requests.size();
+            if (!taken) {
+                words.push_back(fromHex(command.requests[failing]));
             }
-            // A command of one word has no other one that could be refused.
-            const bool taken = run.boxes.empty() || (run.first == acknowledged && sent == 1);
-            EXPECT_EQ(test.desktop.boxes,
-                      boxesOf(c, taken ? Boxes{} : run.boxes,
-                              taken ? "Hinweis|info|ok|" + c.success : "Fehler|stop|ok|" + c.failure))
-                << run.what;
-            EXPECT_EQ(test.serial.openings.size(), 1U);
-            EXPECT_FALSE(test.serial.isOpen() || test.program.lineInUse);
+            for (const auto& [refusal, box] : failures) {
+                const Press press(command, false, [&](std::string_view request, std::size_t index) {
+                    const Bytes head(request.substr(0, 6));
+                    return index == failing ? fromHex(refusal) : head + ComputeCrc(head);
+                });
+                EXPECT_EQ(press.requests, words) << command.failure << failing;
+                EXPECT_EQ(press.boxes, taken
+                                           ? Boxes{std::string("Hinweis|info|ok|") + command.success}
+                                           : Boxes({box, std::string("Fehler|stop|ok|") + command.failure}));
+            }
         }
     }
 }
@@ -120,27 +119,13 @@ TEST(DeviceCommands, OnKdlAnEmptyReplyIsTheAcknowledgement) {
         {kdlReply(""), true},   {":;003=&\r\n", true}, {"\r\n", true},     {kdlReply("E 5"), false},
         {kdlReply(" "), false}, {"abc\r\n", false},    {":;003=&", false}, {"", false},
     };
-    for (const Command& c : commands) {
+    for (const Command& command : commands) {
         for (const auto& [reply, taken] : replies) {
-            TestProgram test;
-            configureKdl(test.program);
-            auto& monitor = test.open<frmMbMonitor>();
-            test.serial.peer = [&, text = reply](std::string_view) { test.serial.reply(text); };
-            // Clicks while the reply is awaited do nothing.
-            test.desktop.onEvents = [&] {
-                for (const Command& other : commands) {
-                    EXPECT_FALSE((monitor.*other.button).enabled);
-                    (monitor.*other.button).click();
-                }
-                monitor.cmdRunMonitor.click();
-            };
-            (monitor.*c.button).click();
-            EXPECT_EQ(test.serial.written, std::vector<Bytes>{c.kdlRequest});
-            EXPECT_EQ(
-                test.desktop.boxes,
-                boxesOf(c, {}, taken ? "Hinweis|info|ok|" + kdlSuccess(c) : "Fehler|stop|ok|" + c.failure))
+            const Press press(command, true, [&, text = reply](auto, auto) { return text; });
+            EXPECT_EQ(press.requests, std::vector<Bytes>{command.kdlRequest});
+            EXPECT_EQ(press.boxes, Boxes{taken ? std::string("Hinweis|info|ok|") + command.kdlSuccess
+                                               : std::string("Fehler|stop|ok|") + command.failure})
                 << reply;
-            EXPECT_FALSE(test.serial.isOpen() || test.program.lineInUse);
         }
     }
 }

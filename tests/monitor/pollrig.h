@@ -15,11 +15,6 @@ constexpr std::size_t identificationReads = 6;
 constexpr std::size_t readsPerChannel = 3;
 constexpr std::size_t readsPerCycle = 9 * readsPerChannel;
 
-/// A fault of the line at one register.
-inline sim::LineFault fault(sim::FaultKind kind, std::uint16_t reg, double amount = 0, unsigned from = 1) {
-    return {.kind = kind, .amount = amount, .reg = reg, .from = from};
-}
-
 /// A monitor window on a simulated device, both at address 3.
 template <class Monitor>
 class PollRig {

@@ -55,11 +55,9 @@ TEST(StringSupervision, StatusFollowsTheTwoIndicators) {
 
 TEST(StringSupervision, ACrossFaultFromOutsideNeedsAllThreeSigns) {
     const std::pair<StringValues, bool> cases[] = {
-        {crossFault(80, 100, 120, -90), true},           {crossFault(80, 100, -120, 90), true},
-        {crossFault(99, 100, 100.1, 99.1), true},        {crossFault(100, 100, 120, -120), false},
-        {crossFault(80, 100, 100, -90), false},          {crossFault(80, 100, 120, -80), false},
-        {crossFault({}, 100, 120, -90), false},          {crossFault(80, {}, 120, -90), false},
-        {crossFault(80, 100, 120, std::nullopt), false},
+        {crossFault(80, 100, -120, 90), true},    {crossFault(99, 100, 100.1, 99.1), true},
+        {crossFault(100, 100, 120, -120), false}, {crossFault(80, 100, 100, -90), false},
+        {crossFault(80, 100, 120, -80), false},   {crossFault({}, 100, 120, -90), false},
     };
     for (const auto& [values, foreign] : cases) {
         const StringState state = stateOf(values);
@@ -76,34 +74,25 @@ TEST(StringSupervision, PlacesTheFault) {
         {crossFault(120, 100, 10, -90), battery(), "L+ 20,0 1,7 18,3"},
         {crossFault(120, 240, 144, -96), battery(), "L+ 288,0 24,0 -4,0"},
         {crossFault(120, 240, 144.1, -96), battery(), "L+ --- --- ---"},
-        {crossFault(120, 100, 0.5, -90), battery(), "L+ 1,0 0,1 19,9"},
         // Neither pole.
         {crossFault(120, 100, 0.4, -90), battery(), "* --- --- ---"},
-        {crossFault(120, 100, -0.4, -90), battery(), "* --- --- ---"},
         // From L-.
         {crossFault(120, 100, -0.5, -100), battery(), "L- -200,0 16,7 16,7"},
-        {crossFault(120, 100, -10, -144), battery(), "L- -288,0 24,0 24,0"},
         {crossFault(120, 100, -10, -144.1), battery(), "L- --- --- ---"},
         {crossFault(120, 100, -10, 50), battery(), "L- 100,0 -8,3 *"},
         // Without all the numbers.
-        {crossFault({}, 100, 10, -90), battery(), "* --- --- ---"},
         {crossFault(120, 100, {}, -90), battery(), "* --- --- ---"},
         {crossFault(120, 100, -10, {}), battery(), "L- --- --- ---"},
         // The offset resistance taken off: R' = 250; halves go to the even neighbour, 2.5 and 7.5.
         {crossFault(200, 100, 60, -40), battery(1000), "L+ 185,0 15,4 4,6"},
         {crossFault(200, 100, 60, -40), battery(0), "L+ 160,0 13,3 6,7"},
-        {crossFault(200, 100, 60, -40), battery(-5), "L+ 160,0 13,3 6,7"},
         {crossFault(200, 100, 60, -40), battery(200), "L+ --- --- ---"},
         {crossFault(200, 100, -60, 0), battery(200), "L- --- --- ---"},
-        {crossFault(2, 100, 12, -88), battery(10), "L+ 12,2 1,0 19,0"},
         {crossFault(6, 100, 12, -88), battery(30), "L+ 12,8 1,1 18,9"},
         {healthy(50, 100, 50, -50), battery(100), "L+ --- 10,0 10,0"},
         {healthy(51, 100, 50, -50), battery(100), "* --- --- ---"},
-        {healthy(50, 100, 50, -50), battery(50), "* --- --- ---"},
         // Battery data that make no sense.
         {crossFault(120, 100, 10, -90), battery({}, 0), "L+ --- --- ---"},
-        {crossFault(120, 100, 10, -90), battery({}, 12, 0), "L+ --- --- ---"},
-        {crossFault(120, 100, 10, -90), battery({}, -12), "L+ --- --- ---"},
         {crossFault(120, 100, 10, -90), battery({}, -12, -20), "L+ 20,0 -1,7 *"},
         {crossFault(120, 100, -10, 0), battery({}, 0), "L- 0,0 --- ---"},
         {healthy(100, 100, 50, -50), battery({}, 0, 0), "L+ --- 0,0 0,0"},
@@ -111,15 +100,11 @@ TEST(StringSupervision, PlacesTheFault) {
         {healthy(100, 100, 50, -50), battery(), "L+ --- 10,0 10,0"},
         {healthy(100, 100, 30, -70), battery(), "L+ --- 2,6 17,4"},
         {healthy(100, 100, 60, -40), battery(), "L- --- 6,3 6,3"},
-        {healthy(100, 100, 10, -90), battery(), "L+ --- 0,0 20,0"},
         {healthy(101, 100, 50, -50), battery(), "* --- --- ---"},
         // Nothing to divide by.
         {healthy(100, 0, 50, -50), battery(), "* --- --- ---"},
         {healthy(0, 100, 50, -50), battery(), "* --- --- ---"},
         {healthy(81, 199.8, 159.3, -40.5), battery(), "* --- --- ---"},
-        {healthy({}, 100, 50, -50), battery(), "* --- --- ---"},
-        {healthy(100, {}, 50, -50), battery(), "* --- --- ---"},
-        {healthy(100, 100, {}, -50), battery(), "* --- --- ---"},
         {healthy(100, 100, 50, {}), battery(), "* --- --- ---"},
     };
     int number = 0;
@@ -135,8 +120,7 @@ TEST(StringSupervision, PlacesTheFault) {
 
 TEST(StringSupervision, TypedNumbersTakeCommaAndPoint) {
     const std::pair<const char*, double> cases[] = {{"10,73", 10.73}, {"10.73", 10.73}, {" 36 ", 36},
-                                                    {"-5,5", -5.5},   {"", 0},          {"abc", 0},
-                                                    {"1e3", 1},       {",5", 0.5},      {"1.234,5", 1.234}};
+                                                    {"-5,5", -5.5},   {"abc", 0},       {"1.234,5", 1.234}};
     for (const auto& [text, number] : cases) {
         EXPECT_DOUBLE_EQ(batteryNumber(text), number) << text;
     }

@@ -10,29 +10,28 @@
 namespace vek {
 
 using Commands = std::vector<std::string>;
-using Texts = std::vector<std::string>;
 
-inline Commands joined(std::initializer_list<Commands> lists) {
-    Commands all;
-    for (const Commands& list : lists) {
-        all.insert(all.end(), list.begin(), list.end());
+/// The commands in one text, those of a parameter by its number: "1 2=50 :MEM? ".
+inline std::string shortened(const Commands& commands) {
+    std::string text;
+    for (const std::string& command : commands) {
+        if (command.starts_with(":CAN ")) {
+            text += command.substr(5) + "=";
+        } else {
+            const std::size_t head = command.starts_with(":TRSH? ")  ? 7
+                                     : command.starts_with(":TRSH ") ? 6
+                                                                     : 0;
+            text += command.substr(head) + " ";
+        }
     }
-    return all;
-}
-
-inline Texts textsOf(std::initializer_list<const TextBox*> boxes) {
-    Texts texts;
-    for (const TextBox* box : boxes) {
-        texts.push_back(box->text.get());
-    }
-    return texts;
+    return text;
 }
 
 /// The parameter editor on the KDL bus, with a device of the type that answers from a table.
 class KdlRig {
   public:
     explicit KdlRig(int deviceType) {
-        configureKdl(test.program);
+        test.configureKdl();
         test.program.DeviceType = static_cast<std::uint8_t>(deviceType);
         test.program.DeviceName = "vekQX731";
         test.program.ProfilePath = "/daten/vekXX731_Monitor.ini";

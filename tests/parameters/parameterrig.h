@@ -10,29 +10,14 @@
 
 namespace vek {
 
-using Boxes = std::vector<std::string>;
-
-/// One register that went over the line: number, and value for a write.
-struct RegisterUse {
-    bool write = false;
-    unsigned number = 0;
-    unsigned value = 0;
-
-    friend bool operator==(const RegisterUse&, const RegisterUse&) = default;
-};
-
-inline void PrintTo(const RegisterUse& use, std::ostream* out) {
-    *out << (use.write ? "w" : "r") << use.number;
-    if (use.write) {
-        *out << "=" << use.value;
-    }
-}
+using Texts = std::vector<std::string>;
+using Boxes = Texts;
 
 /// The parameter editor on a simulated device of the type, both at address 3.
 class ParameterRig {
   public:
     explicit ParameterRig(int deviceType, std::vector<sim::LineFault> faults = {})
-        : peer(test.serial, test.clock, options(deviceType, std::move(faults))) {
+        : peer(test.serial, test.clock, deviceOf(deviceType, std::move(faults))) {
         test.configure();
         test.program.DeviceType = static_cast<std::uint8_t>(deviceType);
         test.program.DeviceName = peer.line.device().name();
@@ -52,8 +37,11 @@ class ParameterRig {
         return *editor_;
     }
 
-    void store(std::uint16_t number, std::uint16_t value) {
-        peer.line.device().parameters().store(number, value);
+    void store(const std::vector<std::pair<int, int>>& registers) {
+        for (const auto& [number, value] : registers) {
+            peer.line.device().parameters().store(static_cast<std::uint16_t>(number),
+                                                  static_cast<std::uint16_t>(value));
+        }
     }
 
     /// Has reads of the register answered with a value that no device would hold.
@@ -72,13 +60,16 @@ class ParameterRig {
         return peer.line.device().parameters().read(number).value_or(0xFFFF);
     }
 
-    /// The registers used since the editor was opened, or since the first request before that.
-    std::vector<RegisterUse> uses() const {
-        std::vector<RegisterUse> all;
+    /// The registers used since the editor was opened, or since the first request before that: "r3005",
+    /// and "w3005=100" for a write.
+    Texts uses() const {
+        Texts all;
         for (std::size_t index = opened_; index < test.serial.written.size(); ++index) {
             const Bytes& frame = test.serial.written[index];
-            const bool write = frame[1] == functionWriteMultipleRegisters;
-            all.push_back({write, word(frame, 2), write ? word(frame, 7) : 0});
+            const std::string number = std::to_string(word(frame, 2));
+            all.push_back(frame[1] == functionWriteMultipleRegisters
+                              ? "w" + number + "=" + std::to_string(word(frame, 7))
+                              : "r" + number);
         }
         return all;
     }
@@ -94,13 +85,6 @@ class ParameterRig {
     }
 
   private:
-    static sim::LineOptions options(int deviceType, std::vector<sim::LineFault> faults) {
-        sim::LineOptions options;
-        options.device.type = deviceType;
-        options.faults = std::move(faults);
-        return options;
-    }
-
     static unsigned word(const Bytes& frame, std::size_t offset) {
         return static_cast<unsigned char>(frame[offset]) * 256U +
                static_cast<unsigned char>(frame[offset + 1]);
@@ -110,8 +94,20 @@ class ParameterRig {
     std::size_t opened_ = 0;
 };
 
-inline sim::LineFault fault(sim::FaultKind kind, std::uint16_t reg, double amount = 0) {
-    return {.kind = kind, .amount = amount, .reg = reg};
+/// The number in each use, "3005" for "w3005=100".
+inline Texts numbersOf(Texts uses) {
+    for (std::string& use : uses) {
+        use = use.substr(1, 4);
+    }
+    return uses;
+}
+
+inline Texts textsOf(std::initializer_list<const TextBox*> boxes) {
+    Texts texts;
+    for (const TextBox* box : boxes) {
+        texts.push_back(box->text.get());
+    }
+    return texts;
 }
 
 inline std::string error(const std::string& text) {

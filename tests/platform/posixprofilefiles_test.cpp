@@ -34,12 +34,12 @@ class PosixProfileFilesTest : public testing::Test {
 };
 
 TEST_F(PosixProfileFilesTest, CreatesChangesAndReadsAFile) {
-    EXPECT_EQ(files.read(path, "RS485", "COM", 254), "");
+    EXPECT_EQ(files.text(path), "");
     EXPECT_TRUE(files.write(path, port));
     EXPECT_EQ(bytesOf(path), portText);
     EXPECT_TRUE(files.write(path, {{"RS485", "COM", " 3"}}));
     EXPECT_EQ(bytesOf(path), "[RS485]\r\nCOM= 3\r\nBAUD=0\r\n");
-    EXPECT_EQ(files.read(path, "rs485", "com", 254), "3");
+    EXPECT_EQ(files.text(path), bytesOf(path));
     EXPECT_EQ(entryCount(), 1U);
 }
 
@@ -86,7 +86,7 @@ TEST_F(PosixProfileFilesTest, RefusesWhatIsNoRegularFile) {
          {pipe, path, path + "/", path + "/missing/x.ini", pipe + "/x.ini", std::string("/dev/null"),
           std::string(), path + std::string("\0x", 2)}) {
         EXPECT_FALSE(files.write(refused, port)) << refused;
-        EXPECT_EQ(files.read(refused, "RS485", "COM", 254), "") << refused;
+        EXPECT_EQ(files.text(refused), "") << refused;
     }
     EXPECT_EQ(entryCount(), 2U);
     EXPECT_TRUE(fs::is_empty(path));

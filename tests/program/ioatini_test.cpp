@@ -11,7 +11,6 @@ using Boxes = std::vector<std::string>;
 
 TEST(ProfileValues, TheSettingsFileStandsInTheCommonFolder) {
     const std::tuple<Folder, const char*, Boxes> cases[] = {
-        {{FolderResult::Ok, "/daten"}, "/daten/vekXX731_Monitor.ini", {}},
         {{FolderResult::InvalidArgument, ""},
          "/vekXX731_Monitor.ini",
          {"Fehler|stop|ok|Ungültiges Verzeichnis"}},

@@ -2,30 +2,19 @@
 
 #include <array>
 #include <bit>
-#include <cctype>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "simulator/line.h"
+#include "support/hexbytes.h"
 
 namespace vek::sim {
 
-// Bytes of a text such as "03 03 26 48"; characters that are no hexadecimal digits separate.
 inline Bytes hex(std::string_view text) {
-    Bytes bytes;
-    std::string digits;
-    for (const char c : text) {
-        if (std::isxdigit(static_cast<unsigned char>(c)) != 0) {
-            digits += c;
-        }
-        if (digits.size() == 2) {
-            bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits, nullptr, 16)));
-            digits.clear();
-        }
-    }
-    return bytes;
+    const std::string bytes = fromHex(text);
+    return {bytes.begin(), bytes.end()};
 }
 
 inline Bytes withCrc(Bytes frame) {

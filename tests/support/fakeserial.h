@@ -79,10 +79,6 @@ class FakeSerial final : public SerialControl {
         TimePoint time;
         char byte;
     };
-    struct Sending {
-        TimePoint done;
-        std::size_t count;
-    };
 
     void receive();
 
@@ -93,7 +89,8 @@ class FakeSerial final : public SerialControl {
     bool pluggedIn_ = true;
     bool connected_ = false;        // false while open: the device went away and was not written to since
     std::deque<Arrival> arrivals_;  // by time
-    std::deque<Sending> sendings_;
+    TimePoint sentAt_;              // when the last frame has left the send queue
+    std::size_t sending_ = 0;       // bytes, until then
     Bytes received_;
 };
 

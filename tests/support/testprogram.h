@@ -34,9 +34,11 @@ struct TestProgram {
     FakeFolders folders;
     Program program;
 
-    /// `line` takes the place of `serial`.
-    explicit TestProgram(const NumberLocale& locale = {}, SerialControl* line = nullptr)
-        : program({desktop, host, line != nullptr ? *line : serial, profileFiles, folders, locale}) {
+    /// `line` takes the place of `serial`, `disk` that of `profileFiles`.
+    explicit TestProgram(const NumberLocale& locale = {}, SerialControl* line = nullptr,
+                         ProfileFiles* disk = nullptr)
+        : program({desktop, host, line != nullptr ? *line : serial, disk != nullptr ? *disk : profileFiles,
+                   folders, locale}) {
         desktop.run(program.Timer1);
         desktop.run(program.TimeOut);
         desktop.nextInput = [this] { return serial.nextArrival(); };
@@ -48,6 +50,14 @@ struct TestProgram {
         program.BaudRate = 9600;
         program.FrameFormat = ",e,8,1";
         program.DeviceAddress = 3;
+    }
+
+    /// COM3, 9600 baud, the KDL device at address 3.
+    void configureKdl() {
+        program.ComPort = 3;
+        program.BaudRate = 9600;
+        program.FrameFormat = kdlFrameFormat;
+        program.KdlAddressPrefix = ":;003";
     }
 
     template <class FormClass>

@@ -53,13 +53,6 @@ TEST_F(MainWindowTest, MenusWorkFromTheKeyboard) {
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
     QTest::keyClick(&screen.mainView(), Qt::Key_I, Qt::AltModifier);
     EXPECT_EQ(form.happened, (Happened{"monitor", "info"}));
-
-    form.start.enabled = false;
-    form.info.enabled = false;
-    QTest::keyClick(&screen.mainView(), Qt::Key_S, Qt::AltModifier);
-    QTest::keyClick(&screen.mainView(), Qt::Key_I, Qt::AltModifier);
-    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
-    EXPECT_EQ(form.happened.size(), 2U);
 }
 
 TEST_F(MainWindowTest, GeometryGoesBothWaysInTwips) {
