@@ -1,4 +1,6 @@
 #include <QAbstractButton>
+#include <QLocale>
+#include <limits>
 
 #include "chapters.h"
 #include "steps.h"
@@ -60,18 +62,28 @@ void runMonitor(Tour& tour) {
     tour.waitFor(u"the poll runs"_s, [] { return Tour::find(u"cmdStop"_s)->isEnabled(); });
 }
 
-/// Alarms that the fault memory keeps, although the installation is healthy again, go with CLEAR.
+/// What row 0 shows; not a number when it shows none.
+double insulation() {
+    bool shown = false;
+    const QString value = Tour::find(u"lblMesswert_0"_s)->property("text").toString();
+    const double kiloOhm = QLocale(QLocale::German).toDouble(value, &shown);
+    return shown ? kiloOhm : std::numeric_limits<double>::quiet_NaN();
+}
+
+/// Alarms that the fault memory keeps, although the installation is healthy again, go with CLEAR. The next
+/// fault is not far: CLEAR is pressed when the last one has just gone, not when it has been gone for unknown
+/// time.
 void clearAlarms(Tour& tour, const QString& answered) {
+    constexpr double wellBelowAlarm = 40;  // kOhm
+    constexpr double wellAboveAlarm = 300;
     tour.step(u"CLEAR takes away what the fault memory keeps"_s);
     tour.menu({u"Start"_s, u"Geräte"_s, u"Monitor"_s});
     runMonitor(tour);
-    expectIndicator(tour, u"LED_0"_s, red, u"red (alarm)"_s, 60);
-    const auto isHealthy = [] {
-        constexpr double wellAboveAlarm = 300;  // kOhm
-        return Tour::find(u"lblMesswert_0"_s)->property("text").toString().remove(u'.').toDouble() >
-               wellAboveAlarm;
-    };
-    tour.waitFor(u"the insulation is good again"_s, isHealthy, 60);
+    tour.waitFor(
+        u"an insulation fault"_s, [] { return insulation() < wellBelowAlarm; }, 60);
+    expectIndicator(tour, u"LED_0"_s, red, u"red (alarm)"_s, 10);
+    tour.waitFor(
+        u"the insulation is good again"_s, [] { return insulation() > wellAboveAlarm; }, 60);
     expectIndicator(tour, u"LED_0"_s, red, u"red (kept alarm)"_s, 5);
     stopPoll(tour);
     press(tour, u"cmdCLR"_s, answered);

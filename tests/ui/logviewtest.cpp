@@ -8,7 +8,10 @@
 #include <QScrollBar>
 #include <QTest>
 #include <algorithm>
+#include <functional>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "ui/qt/logview.h"
 
@@ -59,6 +62,48 @@ TEST_F(LogViewTest, FollowsTheEndUnlessTheUserHasScrolledUp) {
     append(1);
     settle();
     EXPECT_EQ(bar().value(), bar().maximum());
+}
+
+// A technician who watches the end must not find the view standing still, whatever becomes of its window.
+TEST_F(LogViewTest, FollowsTheEndWhateverBecomesOfItsWindow) {
+    struct Event {
+        const char* what;
+        std::function<void()> happen;
+    };
+    const auto scaleFont = [this](int percent) {
+        QFont font = view.font();
+        font.setPointSize(font.pointSize() * percent / 100);
+        view.setFont(font);
+    };
+    const std::vector<Event> events = {
+        {"lower", [this] { view.resize(300, 90); }},
+        {"higher", [this] { view.resize(300, 400); }},
+        {"a line wider than the view",
+         [this] { store.append(LogColor::Red, LogForm::Text, std::string(200, 'x')); }},
+        {"narrower", [this] { view.resize(120, 400); }},
+        {"a larger font", [&] { scaleFont(200); }},
+        {"a smaller font", [&] { scaleFont(50); }},
+        {"hidden and shown while the log goes on",
+         [this] {
+             view.hide();
+             append(50);
+             view.show();
+         }},
+        {"minimised", [this] { view.showMinimized(); }},
+        {"restored", [this] { view.showNormal(); }},
+    };
+    constexpr int longestLag = 1000;  // milliseconds
+    const auto isAtEnd = [this] {
+        const int linesKnown = bar().maximum() + bar().pageStep();
+        return linesKnown == static_cast<int>(store.lineCount()) && bar().value() == bar().maximum();
+    };
+    append(100);
+    settle();
+    for (const Event& event : events) {
+        append(7);
+        event.happen();
+        EXPECT_TRUE(QTest::qWaitFor(isAtEnd, longestLag)) << event.what;
+    }
 }
 
 TEST_F(LogViewTest, LinesHaveTheirColoursOnWhite) {

@@ -128,12 +128,8 @@ void LogView::linesAdded() {
 
 /// Takes in all lines appended since the last time, at a pace that the eye can follow.
 void LogView::flush() {
-    const bool follow = atEnd();
     const std::uint64_t firstNew = std::exchange(drawnLines_, store_.lineCount());
     updateRanges();
-    if (follow) {
-        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
-    }
     updateFrom(firstNew);
 }
 
@@ -166,7 +162,10 @@ void LogView::setLastLine(int line) {
     bar.setRange(0, line);
 }
 
+/// Whatever has changed the ranges, a view at the end stays there: one that fell behind once would never
+/// follow again.
 void LogView::updateRanges() {
+    const bool follow = atEnd();
     const int lines = visibleLines();
     verticalScrollBar()->setPageStep(std::max(lines, 1));
     setLastLine(std::max(barValue(drawnLines_) - lines, 0));
@@ -175,6 +174,9 @@ void LogView::updateRanges() {
     horizontalScrollBar()->setSingleStep(static_cast<int>(characterWidth_));
     horizontalScrollBar()->setPageStep(viewport()->width());
     horizontalScrollBar()->setRange(0, static_cast<int>(std::clamp(hidden, 0.0, 1e9)));
+    if (follow) {
+        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
+    }
 }
 
 bool LogView::atEnd() const {
@@ -302,12 +304,8 @@ void LogView::hideEvent(QHideEvent* event) {
 }
 
 void LogView::resizeEvent(QResizeEvent* event) {
-    const bool follow = atEnd();
     QAbstractScrollArea::resizeEvent(event);
     updateRanges();
-    if (follow) {
-        verticalScrollBar()->setValue(verticalScrollBar()->maximum());
-    }
 }
 
 void LogView::changeEvent(QEvent* event) {
