@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QIcon>
 #include <QMainWindow>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPalette>
+#include <QPixmap>
 
 #include "screen.h"
 
@@ -102,6 +105,19 @@ TEST_F(MainWindowTest, CloseBoxesOnlyAskTheirForms) {
     screen.mainView().close();
     EXPECT_TRUE(screen.mainView().isVisible());
     screen.windows.closeAll();
+}
+
+TEST_F(MainWindowTest, PicturesAreDrawnOnceForEachOfTheirLooks) {
+    const QIcon icon = action("DEV_MONITOR").icon();
+    const QPixmap picture = icon.pixmap(24);
+    EXPECT_EQ(icon.pixmap(24).cacheKey(), picture.cacheKey());
+    EXPECT_EQ(icon.pixmap(32).width(), 32);
+    EXPECT_NE(icon.pixmap(24, QIcon::Disabled).toImage(), picture.toImage());
+
+    const QPalette usual = QGuiApplication::palette();
+    QGuiApplication::setPalette(QPalette(Qt::darkBlue));
+    EXPECT_NE(icon.pixmap(24).toImage(), picture.toImage()) << "it has the ink of the palette";
+    QGuiApplication::setPalette(usual);
 }
 
 }  // namespace
