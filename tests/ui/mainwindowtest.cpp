@@ -7,6 +7,9 @@
 #include <QMenu>
 #include <QPalette>
 #include <QPixmap>
+#include <QThreadPool>
+#include <filesystem>
+#include <ranges>
 
 #include "screen.h"
 
@@ -105,6 +108,16 @@ TEST_F(MainWindowTest, CloseBoxesOnlyAskTheirForms) {
     screen.mainView().close();
     EXPECT_TRUE(screen.mainView().isVisible());
     screen.windows.closeAll();
+}
+
+TEST_F(MainWindowTest, IsPaintedWithoutThreads) {
+    QThreadPool::globalInstance()->waitForDone();  // those of the tests before, which it keeps for a while
+    const auto threads = [] {
+        return std::ranges::distance(std::filesystem::directory_iterator("/proc/self/task"));
+    };
+    const auto before = threads();
+    screen.mainView().grab();
+    EXPECT_EQ(threads(), before);
 }
 
 TEST_F(MainWindowTest, PicturesAreDrawnOnceForEachOfTheirLooks) {
