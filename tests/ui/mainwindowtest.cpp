@@ -1,9 +1,20 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QIcon>
 #include <QMainWindow>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPalette>
+#include <QPixmap>
+#include <QThreadPool>
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <ranges>
+#include <utility>
 
 #include "screen.h"
 
@@ -12,6 +23,30 @@ namespace vek::test {
 namespace {
 
 using Happened = std::vector<std::string>;
+
+/// Sees what there is when something is painted for the first time.
+class FirstPainting : public QObject {
+  public:
+    explicit FirstPainting(std::function<void()> seen) : seen_(std::move(seen)) {
+        qApp->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            if (const auto seen = std::exchange(seen_, nullptr)) {
+                seen();
+            }
+        }
+        return false;
+    }
+
+  private:
+    std::function<void()> seen_;
+};
+
+std::ptrdiff_t besideViews() {
+    return std::ranges::count(QApplication::allWidgets(), QStringLiteral("frmBeside"), &QWidget::objectName);
+}
 
 class MainWindowTest : public ::testing::Test {
   protected:
@@ -95,6 +130,44 @@ TEST_F(MainWindowTest, CloseBoxesOnlyAskTheirForms) {
     screen.mainView().close();
     EXPECT_TRUE(screen.mainView().isVisible());
     screen.windows.closeAll();
+}
+
+TEST_F(MainWindowTest, StandsBeforeTheWindowsBesideItAreMade) {
+    screen.windows.closeAll();
+    screen.settle();
+    LogStore store;
+    Form& closed = screen.open(std::make_unique<DemoBeside>(store));
+    screen.windows.close(closed);
+    screen.open(std::make_unique<DemoBeside>(store));
+    std::optional<bool> alone;
+    const FirstPainting watch([&] { alone = screen.mainView().isVisible() && besideViews() == 0; });
+    screen.open(std::make_unique<DemoMain>());
+    EXPECT_EQ(alone, true);
+    EXPECT_EQ(besideViews(), 1);
+    EXPECT_TRUE(screen.view("frmBeside").isVisible());
+}
+
+TEST_F(MainWindowTest, IsPaintedWithoutThreads) {
+    QThreadPool::globalInstance()->waitForDone();  // those of the tests before, which it keeps for a while
+    const auto threads = [] {
+        return std::ranges::distance(std::filesystem::directory_iterator("/proc/self/task"));
+    };
+    const auto before = threads();
+    screen.mainView().grab();
+    EXPECT_EQ(threads(), before);
+}
+
+TEST_F(MainWindowTest, PicturesAreDrawnOnceForEachOfTheirLooks) {
+    const QIcon icon = action("DEV_MONITOR").icon();
+    const QPixmap picture = icon.pixmap(24);
+    EXPECT_EQ(icon.pixmap(24).cacheKey(), picture.cacheKey());
+    EXPECT_EQ(icon.pixmap(32).width(), 32);
+    EXPECT_NE(icon.pixmap(24, QIcon::Disabled).toImage(), picture.toImage());
+
+    const QPalette usual = QGuiApplication::palette();
+    QGuiApplication::setPalette(QPalette(Qt::darkBlue));
+    EXPECT_NE(icon.pixmap(24).toImage(), picture.toImage()) << "it has the ink of the palette";
+    QGuiApplication::setPalette(usual);
 }
 
 }  // namespace

@@ -47,19 +47,24 @@ void FrontEnd::showMain(Form& form) {
     mainWindow_ = new MainWindow(form, dispatcher_);
     windows_.emplace(&form, mainWindow_);
     mainWindow_->present();
-    for (BesideWindow* window : std::exchange(waiting_, {})) {
-        window->attachTo(*mainWindow_);
-        window->present();
+    // It has its picture before anything is done for the others.
+    desktop_.processEvents();
+    for (Form* waiting : std::exchange(waiting_, {})) {
+        makeBeside(*waiting);
     }
 }
 
 void FrontEnd::showBeside(Form& form) {
+    if (mainWindow_ == nullptr) {
+        waiting_.push_back(&form);
+    } else {
+        makeBeside(form);
+    }
+}
+
+void FrontEnd::makeBeside(Form& form) {
     auto* const window = new BesideWindow(form, dispatcher_);
     windows_.emplace(&form, window);
-    if (mainWindow_ == nullptr) {
-        waiting_.push_back(window);
-        return;
-    }
     window->attachTo(*mainWindow_);
     window->present();
 }
@@ -74,6 +79,7 @@ void FrontEnd::showChild(Form& form) {
 }
 
 void FrontEnd::closed(Form& form) {
+    std::erase(waiting_, &form);
     const auto found = windows_.find(&form);
     if (found == windows_.end()) {
         return;
@@ -84,7 +90,6 @@ void FrontEnd::closed(Form& form) {
         return;
     }
     windows_.erase(found);
-    std::erase_if(waiting_, [window](FormWindow* waiting) { return waiting == window; });
     window->discard();
 }
 

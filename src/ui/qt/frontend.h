@@ -12,7 +12,6 @@
 
 namespace vek {
 
-class BesideWindow;
 class EndSignals;
 class FormWindow;
 class MainWindow;
@@ -40,6 +39,7 @@ class FrontEnd : public FormHost {
   private:
     void showMain(Form& form);
     void showBeside(Form& form);
+    void makeBeside(Form& form);
     void showChild(Form& form);
     void discardAll();
     void requestEnd();
@@ -50,7 +50,7 @@ class FrontEnd : public FormHost {
     std::unique_ptr<EndSignals> endSignals_;
     std::map<const Form*, FormWindow*> windows_;
     MainWindow* mainWindow_ = nullptr;
-    std::vector<BesideWindow*> waiting_;  ///< opened before the main window that they stand beside
+    std::vector<Form*> waiting_;  ///< opened before the main window that they stand beside
 };
 
 }  // namespace vek

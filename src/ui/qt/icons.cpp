@@ -6,6 +6,7 @@
 #include <QPainterPath>
 #include <QPalette>
 #include <QPixmap>
+#include <QPixmapCache>
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -186,7 +187,9 @@ void draw(QPainter& painter, const Figure& figure, QIcon::Mode mode) {
     }
 }
 
-/// Paints a drawing at whatever size is asked for.
+/// Paints a drawing at whatever size is asked for. Pictures once drawn are kept: the system wants all sizes
+/// of the program's icon anew for each window, and a tool bar wants those of its buttons whenever it is
+/// painted.
 class DrawingEngine : public QIconEngine {
   public:
     explicit DrawingEngine(const Drawing& drawing) : drawing_(drawing) {}
@@ -204,16 +207,28 @@ class DrawingEngine : public QIconEngine {
     }
 
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
+        const QString key = keptAs(size, mode);
+        QPixmap pixmap;
+        if (QPixmapCache::find(key, &pixmap)) {
+            return pixmap;
+        }
+        pixmap = QPixmap(size);
         pixmap.fill(Qt::transparent);
         QPainter painter(&pixmap);
         paint(&painter, pixmap.rect(), mode, state);
+        painter.end();
+        QPixmapCache::insert(key, pixmap);
         return pixmap;
     }
 
     QIconEngine* clone() const override { return new DrawingEngine(drawing_); }
 
   private:
+    QString keptAs(const QSize& size, QIcon::Mode mode) const {
+        return QString::asprintf("drawing %p %dx%d %d %lld", static_cast<const void*>(&drawing_),
+                                 size.width(), size.height(), mode, QGuiApplication::palette().cacheKey());
+    }
+
     const Drawing& drawing_;
 };
 

@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "ui/qt/formview.h"
-#include "ui/qt/icons.h"
 #include "ui/qt/menus.h"
 #include "ui/qt/qttext.h"
 #include "ui/qt/twips.h"
@@ -25,7 +24,6 @@ constexpr QSize frameAllowance(8, 40);     // what a window manager's frame take
 MainWindow::MainWindow(Form& form, Dispatcher& dispatcher)
     : form_(form), area_(new QMdiArea(this)), links_(dispatcher) {
     setObjectName(toQt(form.name));
-    setWindowIcon(programIcon());
     setCentralWidget(area_);
     area_->viewport()->setAutoFillBackground(false);
     area_->viewport()->setAttribute(Qt::WA_OpaquePaintEvent);  // it fills itself; once is enough

@@ -7,6 +7,7 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
 #include <QShortcut>
 #include <QStyleOption>
 #include <QVariant>
@@ -82,6 +83,14 @@ class LetterKeys : public QObject {
     }
 };
 
+/// Flat, with a line below.
+void drawToolBar(const QStyleOption& option, QPainter& painter) {
+    QRect line = option.rect;
+    line.setTop(line.bottom());
+    painter.fillRect(option.rect, option.palette.window());
+    painter.fillRect(line, option.palette.mid());
+}
+
 }  // namespace
 
 void setButtonText(QAbstractButton& button, const QString& text, char letter) {
@@ -135,6 +144,10 @@ int MnemonicStyle::styleHint(StyleHint hint, const QStyleOption* option, const Q
 
 void MnemonicStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                                 const QWidget* widget) const {
+    if (element == CE_ToolBar) {
+        drawToolBar(*option, *painter);
+        return;
+    }
     if (element == CE_PushButtonLabel || element == CE_CheckBoxLabel || element == CE_RadioButtonLabel) {
         if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
             QStyleOptionButton copy(*button);

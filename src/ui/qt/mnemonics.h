@@ -30,7 +30,8 @@ void addMenuKeys(QMenu& menu);
 
 /// Draws the texts with their letters underlined and every "&" as what it is; buttons of dialogs have plain
 /// texts. Its mark for bars that are too short is drawn, too: the toolkit's own one is a picture file, which
-/// at the start of the program would load the readers of all formats.
+/// at the start of the program would load the readers of all formats. So are tool bars: the half transparent
+/// lines of the toolkit's own ones are mixed point by point, for which it starts threads.
 class MnemonicStyle : public QProxyStyle {
     Q_OBJECT
 
