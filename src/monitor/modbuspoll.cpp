@@ -113,12 +113,25 @@ void showIdentification(Program& program, ModbusMonitorView& view) {
     labels.lblSwMb.caption = identificationText(readIdentification(program, view, 9825), versionLabel);
 }
 
+/// Time to press "Stop" before the next box: a device that refuses each request at once would leave none.
+void leaveTimeForStop(Program& program, const ModbusMonitorView& view) {
+    constexpr Milliseconds pause{500};
+    const TimePoint end = program.desktop.now() + pause;
+    while (program.desktop.now() < end && !isGivenUp(program, view)) {
+        program.RS485.receivedCount();  // bytes that nobody has fetched would end the wait at once
+        program.desktop.waitForEvents(end);
+    }
+}
+
 /// One cycle; false when the poll is to end before its end.
 bool pollChannels(Program& program, ModbusMonitorView& view) {
     for (int slot = 0; slot < polledChannels; ++slot) {
         const bool answered = ReadMeasurementChannel(
             program, view, static_cast<std::uint16_t>(channelStartRegister(slot)), slot);
         program.desktop.processEvents();
+        if (!answered) {
+            leaveTimeForStop(program, view);
+        }
         // After "Stop", a device that is silent would only bring box after box until the end of the cycle.
         if (!view.isShown() || (!answered && !program.MonitorRunning)) {
             return false;

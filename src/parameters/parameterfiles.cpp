@@ -9,6 +9,7 @@
 #include "parameters/ParamValueText.h"
 #include "parameters/alarmassignment.h"
 #include "parameters/parametertable.h"
+#include "parameters/unreadparameters.h"
 #include "platform/textcodec.h"
 #include "program/IOatINI.h"
 
@@ -179,6 +180,14 @@ std::vector<ProfileEntry> fileEntries(const Program& program, const C& controls)
     return entries;
 }
 
+/// Whether no parameter shows a 0 that nobody has read. From a file it would go to a device as if it were
+/// meant.
+bool isWhole(const Program& program, const C& controls) {
+    const auto rows = rowsInOrder(fileOrder(), program.DeviceType);
+    return std::none_of(rows.begin(), rows.end(),
+                        [&](const ParameterRow* row) { return showsUnread(controls, *row); });
+}
+
 /// Tells the user when the file is not one of the connected device.
 bool belongsToDevice(Program& program, const ProfileSnapshot& file) {
     const std::string name = file.value(nameKey, nameSection);
@@ -240,7 +249,7 @@ void SaveParameterFile(Program& program, const ParameterControls& controls) {
         return;
     }
     const char* model = modelName(program.DeviceType);
-    if (model == nullptr ||
+    if (model == nullptr || !isWhole(program, controls) ||
         !program.profileFiles.write(program.ProfilePath, fileEntries(program, controls))) {
         showError(program, "Parameter konnten nicht gesichert werden");
         return;

@@ -20,7 +20,8 @@ bool LoadParameterFile(Program& program, ParameterControls& controls);
 
 /// Writes the editor's content to a parameter file that the user chooses; without a choice, to the file of
 /// the device's name in the working folder. Whatever else stands in the file stays; a file that cannot be
-/// written keeps its old content. Tells the user what came of it. ProfilePath stays at the file.
+/// written keeps its old content, and so does every file while a parameter shows a 0 that nobody has read.
+/// Tells the user what came of it. ProfilePath stays at the file.
 void SaveParameterFile(Program& program, const ParameterControls& controls);
 
 }  // namespace vek

@@ -167,6 +167,26 @@ TEST(Monitor, EndsInTheMiddleOfAPoll) {
     }
 }
 
+/// Its boxes come one upon the other, at once.
+TEST(Monitor, LeavesTimeToStopADeviceThatRefusesEveryRead) {
+    constexpr double deviceFailure = 4;
+    MonitorRig rig(1, {{.kind = FaultKind::Exception, .amount = deviceFailure, .reg = std::nullopt}});
+    TimePoint lastBox;
+    const auto stopIf = [&rig](bool isTime) {
+        if (isTime) {
+            rig.monitor().cmdStop.click();
+        }
+    };
+    rig.test.desktop.onMessageBox = [&] {
+        lastBox = rig.test.desktop.now();
+        stopIf(rig.test.desktop.boxes.size() == 100);
+    };
+    rig.test.desktop.onEvents = [&] { stopIf(rig.test.desktop.now() - lastBox >= Milliseconds(400)); };
+    rig.monitor().cmdRunMonitor.click();
+    EXPECT_EQ(rig.test.desktop.boxes.size(), identificationReads + readsPerChannel);
+    EXPECT_TRUE(rig.released());
+}
+
 TEST(Monitor, AddressesOutside3To90AreRefused) {
     for (const int address : {0, 2, 3, 90, 91, 247}) {
         MonitorRig rig(1);

@@ -278,7 +278,7 @@ TEST(WriteParameters, TheSwitchToKdlEndsTheProgram) {
 
 /// What a read without an answer, or with a refusal, has left in the editor is nothing that the device ever
 /// held.
-TEST(WriteParameters, KeepsWhatWasNotReadFromTheDevice) {
+TEST(WriteParameters, KeepsWhatWasNotReadFromTheDeviceAndSavesNoneOfIt) {
     constexpr double busy = 6;
     const std::pair<FaultKind, double> failures[] = {{FaultKind::Silence, 0}, {FaultKind::Exception, busy}};
     for (const auto& [kind, code] : failures) {
@@ -301,10 +301,16 @@ TEST(WriteParameters, KeepsWhatWasNotReadFromTheDevice) {
         EXPECT_EQ(rig.stored(3027), 6U);
         EXPECT_EQ(rig.stored(3016), 4U);
 
+        rig.editor().cmd_Para_File_Save.click();
+        EXPECT_EQ(rig.test.desktop.takeBoxes(), Boxes{error("Parameter konnten nicht gesichert werden")});
+        EXPECT_TRUE(rig.test.profileFiles.files.empty()) << "a file would make the zeros values";
+
         rig.editor().optR1no.value = false;
         rig.read();
         EXPECT_EQ(rig.write(), Boxes{});
         EXPECT_EQ(rig.stored(3013), 1U);
+        rig.editor().cmd_Para_File_Save.click();
+        EXPECT_EQ(rig.test.profileFiles.files.size(), 1U);
     }
 }
 
