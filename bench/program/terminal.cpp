@@ -41,6 +41,7 @@ constexpr int longLog = 10 * million;
 constexpr int peerLog = 200'000;
 constexpr int linesPerYield = 1'000;
 constexpr int places = 200;
+constexpr int logRounds = 15;
 constexpr int rounds = 5;
 constexpr int parts = 10;
 constexpr int longestLag = 5'000;  // milliseconds
@@ -309,13 +310,13 @@ double middle(const std::vector<LogFigures>& found, double LogFigures::*figure) 
 }
 
 void measureLongLog() {
-    std::vector<LogFigures> found(rounds);
+    std::vector<LogFigures> found(logRounds);
     std::ranges::generate(found, measureLog);
     const auto of = [&found](double LogFigures::*figure) { return middle(found, figure); };
     // The two figures of one round, since they are only comparable with each other.
     const auto growth = [](const LogFigures& round) { return round.last / round.first; };
-    std::ranges::nth_element(found, found.begin() + rounds / 2, {}, growth);
-    const LogFigures& lines = found[rounds / 2];
+    std::ranges::nth_element(found, found.begin() + logRounds / 2, {}, growth);
+    const LogFigures& lines = found[logRounds / 2];
     print({"terminal: a line of the 10th million", lines.last * nanoseconds, lines.first * nanoseconds, "ns",
            "of the 1st million", 1.1});
     print({"terminal: memory of 10,000,000 frames", of(&LogFigures::memory) / million,
