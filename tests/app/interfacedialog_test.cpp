@@ -73,7 +73,7 @@ TEST(InterfaceDialog, OffersThePortsThatCanBeOpened) {
 }
 
 TEST(InterfaceDialog, OkTakesWhatIsChosen) {
-    const std::tuple<int, int, int, std::string, std::string, std::string, Boxes> cases[] = {
+    const std::tuple<int, int, int, const char*, const char*, const char*, Boxes> cases[] = {
         {2, 3, even, "3", "9600", ",e,8,1", {}},
         {0, 0, noParity, "1", "1200", ",n,8,1", {}},
         {15, 7, odd, "16", "115200", ",o,8,1", {}},
@@ -92,11 +92,13 @@ TEST(InterfaceDialog, OkTakesWhatIsChosen) {
         choose(dialog.FrameOptions, frame);
         dialog.btnOk.click();
         EXPECT_EQ(std::to_string(test.program.ComPort), comPort);
-        EXPECT_EQ(std::to_string(test.program.BaudRate) + test.program.FrameFormat, baudRate + frameFormat);
+        EXPECT_EQ(std::to_string(test.program.BaudRate), baudRate);
+        EXPECT_EQ(test.program.FrameFormat, frameFormat);
         EXPECT_EQ(test.program.shell.portPanel.get(),
-                  (baud == 8 ? "KDL-Port = COM" : "ModBus RTU-Port = COM") + comPort + ", " + baudRate +
-                      frameFormat);
-        EXPECT_EQ(test.profileFiles.files["/a.ini"], "[RS485]\r\nCOM= " + comPort + "\r\nBAUD= " + baudRate +
+                  std::string(baud == 8 ? "KDL-Port = COM" : "ModBus RTU-Port = COM") + comPort + ", " +
+                      baudRate + frameFormat);
+        EXPECT_EQ(test.profileFiles.files["/a.ini"], std::string("[RS485]\r\nCOM= ") + comPort +
+                                                         "\r\nBAUD= " + baudRate +
                                                          "\r\nFRAME=" + frameFormat + "\r\n");
         EXPECT_EQ(test.desktop.boxes, boxes) << comPort << baudRate;
         EXPECT_FALSE(test.program.windows.isOpen(dialog));

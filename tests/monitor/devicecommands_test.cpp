@@ -101,10 +101,11 @@ TEST(DeviceCommands, SendTheirWordsAndTellHowItWent) {
                 words.push_back(fromHex(command.requests[failing]));
             }
             for (const auto& [refusal, box] : failures) {
-                const Press press(command, false, [&](std::string_view request, std::size_t index) {
-                    const Bytes head(request.substr(0, 6));
-                    return index == failing ? fromHex(refusal) : head + ComputeCrc(head);
-                });
+                const Press press(command, false,
+                                  [failing, refusal = refusal](std::string_view request, std::size_t index) {
+                                      const Bytes head(request.substr(0, 6));
+                                      return index == failing ? fromHex(refusal) : head + ComputeCrc(head);
+                                  });
                 EXPECT_EQ(press.requests, words) << command.failure << failing;
                 EXPECT_EQ(press.boxes, taken
                                            ? Boxes{std::string("Hinweis|info|ok|") + command.success}

@@ -100,6 +100,7 @@ TEST(StringSupervision, PlacesTheFault) {
         {healthy(100, 100, 50, -50), battery(), "L+ --- 10,0 10,0"},
         {healthy(100, 100, 30, -70), battery(), "L+ --- 2,6 17,4"},
         {healthy(100, 100, 60, -40), battery(), "L- --- 6,3 6,3"},
+        {healthy(100, 100, 10, -90), battery(), "L+ --- 0,0 20,0"},
         {healthy(101, 100, 50, -50), battery(), "* --- --- ---"},
         // Nothing to divide by.
         {healthy(100, 0, 50, -50), battery(), "* --- --- ---"},

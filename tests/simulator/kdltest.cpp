@@ -265,7 +265,9 @@ TEST(KdlMonitor, OperatingValuesStandWhereTheTypeHasThem) {
         Master master(onKdl(type));
         pinHealthy(master);
         EXPECT_EQ(ask(master, {":ALMN?", ":BTRN?"}), "n= 0n= " + std::to_string(count));
-        EXPECT_EQ(values(master), "Re/kO 250, Re/kO 250, " + middle + none + last) << type;
+        EXPECT_EQ(values(master),
+                  std::string("Re/kO 250, Re/kO 250, ").append(middle).append(none).append(last))
+            << type;
     }
 }
 
