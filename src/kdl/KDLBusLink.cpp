@@ -1,5 +1,7 @@
 #include "kdl/KDLBusLink.h"
 
+#include <algorithm>
+
 #include "platform/leadingnumber.h"
 #include "platform/textcodec.h"
 #include "program/port.h"
@@ -10,8 +12,9 @@ namespace {
 
 constexpr int pauseBeforeRequest = 5;  // milliseconds
 constexpr int replyTimeOut = 200;
-constexpr Milliseconds longestDelay{200};    // of a reply that has missed its time
-constexpr std::size_t maximumReply = 65536;  // what is beyond it, is noise
+constexpr Milliseconds longestDelay{200};               // of a reply that has missed its time
+constexpr std::size_t maximumReply = 65536;             // what is beyond it, is noise
+constexpr std::chrono::microseconds longestByte{1100};  // 10 bits at 9600 bit/s, and some
 constexpr Milliseconds sendQueueLook{1};
 constexpr Milliseconds sendLimit{2000};
 
@@ -45,18 +48,28 @@ void waitUntilSent(Program& program) {
     }
 }
 
+/// Bytes that follow one another need not wake the windows one by one.
+void awaitMore(Program& program, std::size_t missing, TimePoint limit) {
+    const TimePoint arrival = program.desktop.now() + longestByte * missing;
+    program.RS485.waitReceived(missing, std::min<TimePoint>(arrival, limit));
+    program.desktop.processEvents();
+}
+
 Bytes collectReply(Program& program) {
+    const TimePoint limit = program.desktop.now() + Milliseconds{replyTimeOut};
     Bytes reply;
     program.desktop.processEvents();
     while (true) {
-        if (program.RS485.receivedCount() > 0) {
-            const Bytes input = program.RS485.readInput();
-            reply += input.substr(0, maximumReply - reply.size());
-        }
+        const Bytes input = program.RS485.readInput();
+        reply += input.substr(0, maximumReply - reply.size());
         if (reply.ends_with(kdlLineEnd) || program.TimeOutElapsed) {
             return reply;
         }
-        program.desktop.waitForEvents();
+        if (input.empty()) {
+            program.desktop.waitForEvents();
+        } else {
+            awaitMore(program, kdlLeastMissing(reply), limit);
+        }
     }
 }
 

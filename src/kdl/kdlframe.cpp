@@ -60,4 +60,16 @@ Bytes kdlPayload(const Bytes& reply) {
     return end == Bytes::npos || end < headerLength ? reply : reply.substr(headerLength, end - headerLength);
 }
 
+std::size_t kdlLeastMissing(std::string_view begun) {
+    constexpr std::size_t lineEnd = 2;
+    constexpr std::size_t payloadEnd = 1;
+    if (begun.ends_with('\r')) {
+        return 1;
+    }
+    if (begun.size() < headerLength) {
+        return headerLength - begun.size() + payloadEnd + lineEnd;
+    }
+    return begun.find('&', headerLength) == std::string_view::npos ? payloadEnd + lineEnd : lineEnd;
+}
+
 }  // namespace vek

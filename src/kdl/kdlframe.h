@@ -29,4 +29,7 @@ void KdlAppendChecksum(Bytes& request);
 /// the whole reply when there is no "&" behind the sixth character.
 Bytes kdlPayload(const Bytes& reply);
 
+/// Number of bytes that the beginning of a reply lacks at least, 1 or more; of a reply as above.
+std::size_t kdlLeastMissing(std::string_view begun);
+
 }  // namespace vek

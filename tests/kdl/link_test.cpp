@@ -89,6 +89,17 @@ TEST_F(KdlLink, SendsOneFrameAfterAPauseAndReturnsThePayload) {
     EXPECT_TRUE(test.desktop.boxes.empty());
 }
 
+TEST_F(KdlLink, BytesThatFollowOneAnotherDoNotWakeTheWindowsOneByOne) {
+    const Bytes reply = "abcdef" + Bytes(60, 'x') + "&dZB\r\n";
+    test.serial.peer = [&](std::string_view) {
+        test.desktop.eventRounds = 0;
+        test.serial.reply(reply, Milliseconds{20}, Milliseconds{1});
+    };
+    EXPECT_EQ(transact(), Bytes(60, 'x'));
+    EXPECT_EQ(took, Milliseconds{5 + 20 + 71}) << "the wait ends with the line feed all the same";
+    EXPECT_LT(test.desktop.eventRounds, 30);
+}
+
 TEST_F(KdlLink, TheTimeOutRunsFromTheMomentTheLastByteIsOut) {
     for (const int sending : {0, 70}) {
         test.serial.sendTime = Milliseconds{sending};

@@ -40,6 +40,7 @@ std::optional<std::string> FakeDesktop::chooseFile(const FileDialog& dialog) {
 }
 
 void FakeDesktop::processEvents() {
+    tickDueTimers();
     ++eventRounds;
     if (onEvents && !inputHeld_) {
         onEvents();
@@ -76,7 +77,6 @@ void FakeDesktop::waitForEvents(TimePoint until) {
         throw std::logic_error("a wait that nothing would end");
     }
     clock_.advanceTo(wake);
-    tickDueTimers();
     processEvents();
 }
 

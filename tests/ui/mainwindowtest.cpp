@@ -154,7 +154,7 @@ TEST_F(MainWindowTest, IsPaintedWithoutThreads) {
     };
     const auto before = threads();
     screen.mainView().grab();
-    EXPECT_EQ(threads(), before);
+    EXPECT_LE(threads(), before);
 }
 
 TEST_F(MainWindowTest, PicturesAreDrawnOnceForEachOfTheirLooks) {

@@ -160,6 +160,7 @@ std::size_t PosixSerial::receiveChunk() {
         if (result > 0) {
             const auto count = static_cast<std::size_t>(result);
             received_.append(chunk.data(), std::min(count, mostWaiting - received_.size()));
+            lastArrival_ = Clock::now();
             return count;
         }
         if (result < 0 && errno == EAGAIN) {
@@ -233,12 +234,28 @@ void PosixSerial::waitSent() {
 bool PosixSerial::waitReceived(std::size_t count, TimePoint deadline) {
     receiveWaiting();
     while (received_.size() < count) {
+        sleepWithinFrame(count - received_.size(), deadline);
         if (!waitFor(POLLIN, deadline)) {
             return false;
         }
         receive();
     }
     return true;
+}
+
+/// Sleeps while a frame is coming in, as long as the missing bytes take at least: each of them by itself
+/// would wake the program for nothing. The last one is left to the event wait, also when it was not noticed
+/// at once that the one before had come.
+void PosixSerial::sleepWithinFrame(std::size_t missing, TimePoint deadline) const {
+    constexpr microseconds shortest = Milliseconds{2};
+    constexpr microseconds longest = Milliseconds{50};  // soon enough to see that the device has vanished
+    const microseconds byteTime = lineSettings_.byteTime();
+    const TimePoint now = Clock::now();
+    const TimePoint due =
+        std::min(lastArrival_ + byteTime * static_cast<Clock::rep>(missing - 1), now + longest);
+    if (now - lastArrival_ < 2 * byteTime && due - now >= shortest) {
+        std::this_thread::sleep_until(std::min(due, deadline));
+    }
 }
 
 /// Sleeps until the device has one of the events, or hangs up, or until the deadline. Without a device it is

@@ -44,6 +44,7 @@ class PosixSerial final : public SerialControl {
     std::size_t receiveChunk();
     bool send(std::string_view bytes);
     bool waitFor(short events, TimePoint deadline);
+    void sleepWithinFrame(std::size_t missing, TimePoint deadline) const;
 
     std::string dataFolder_;
     int number_ = 1;
@@ -53,6 +54,7 @@ class PosixSerial final : public SerialControl {
     FileDescriptor device_;  ///< none while the open port's device is away
     bool lowLatencyRaised_ = false;
     Bytes received_;
+    TimePoint lastArrival_;  ///< when the last of them was taken from the system
 };
 
 }  // namespace vek
