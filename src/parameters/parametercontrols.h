@@ -46,6 +46,8 @@ struct ParameterControls {
 
     /// By ParameterField: the last read had no value from the device.
     std::bitset<64> unread;
+    /// By ParameterField: the device has said that it does not have it.
+    std::bitset<64> lacking;
 
     Frame Frame1{"Frame1", "Relais 1"};
     OptionButton optR1no{Frame1, "optR1no", "Arbeitsstrom (n.o.)"};

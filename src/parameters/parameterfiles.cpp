@@ -180,12 +180,13 @@ std::vector<ProfileEntry> fileEntries(const Program& program, const C& controls)
     return entries;
 }
 
-/// Whether no parameter shows a 0 that nobody has read. From a file it would go to a device as if it were
-/// meant.
+/// Whether no parameter of the device shows a 0 that nobody has read. From a file it would go to a device as
+/// if it were meant.
 bool isWhole(const Program& program, const C& controls) {
     const auto rows = rowsInOrder(fileOrder(), program.DeviceType);
-    return std::none_of(rows.begin(), rows.end(),
-                        [&](const ParameterRow* row) { return showsUnread(controls, *row); });
+    return std::none_of(rows.begin(), rows.end(), [&](const ParameterRow* row) {
+        return showsUnread(controls, *row) && !controls.lacking.test(static_cast<std::size_t>(row->field));
+    });
 }
 
 /// Tells the user when the file is not one of the connected device.

@@ -121,6 +121,7 @@ void readParameter(Program& program, C& controls, const ParameterRow& row) {
     }
     const Bytes reply = MbReadRegisters(program, registerOf(row, program.DeviceType), 1);
     noteAnswer(controls, row, !isErrorText(reply));
+    controls.lacking.set(static_cast<std::size_t>(row.field), reply == registerMissing);
     if (const OptionalParameter* optional = optionalParameter(row.field)) {
         const bool present = reply != registerMissing;
         optional->show(controls, present);

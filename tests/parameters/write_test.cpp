@@ -312,6 +312,11 @@ TEST(WriteParameters, KeepsWhatWasNotReadFromTheDeviceAndSavesNoneOfIt) {
         rig.editor().cmd_Para_File_Save.click();
         EXPECT_EQ(rig.test.profileFiles.files.size(), 1U);
     }
+
+    constexpr double noSuchRegister = 2;
+    ParameterRig lacking(3, {fault(FaultKind::Exception, 3026, noSuchRegister)});
+    lacking.editor().cmd_Para_File_Save.click();
+    EXPECT_EQ(lacking.test.profileFiles.files.size(), 1U) << "a device without the parameter has a file, too";
 }
 
 TEST(WriteParameters, HandlesNoEventsAndEndsWhenTheUserWantsIt) {

@@ -47,11 +47,17 @@ void FrontEnd::showMain(Form& form) {
     mainWindow_ = new MainWindow(form, dispatcher_);
     windows_.emplace(&form, mainWindow_);
     mainWindow_->present();
-    // It has its picture before anything is done for the others.
-    desktop_.processEvents();
+    paintMain();
     for (Form* waiting : std::exchange(waiting_, {})) {
         makeBeside(*waiting);
     }
+}
+
+/// The main window has its picture before anything is done for the others, and nobody uses it before they are
+/// there.
+void FrontEnd::paintMain() {
+    const InputHold hold(desktop_);
+    desktop_.processEvents();
 }
 
 void FrontEnd::showBeside(Form& form) {

@@ -38,6 +38,7 @@ class FrontEnd : public FormHost {
 
   private:
     void showMain(Form& form);
+    void paintMain();
     void showBeside(Form& form);
     void makeBeside(Form& form);
     void showChild(Form& form);
