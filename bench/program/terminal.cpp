@@ -318,7 +318,7 @@ void measureLongLog() {
     std::ranges::nth_element(found, found.begin() + logRounds / 2, {}, growth);
     const LogFigures& lines = found[logRounds / 2];
     print({"terminal: a line of the 10th million", lines.last * nanoseconds, lines.first * nanoseconds, "ns",
-           "of the 1st million", 1.1});
+           "of a new log's 1st million", 1.1});
     print({"terminal: memory of 10,000,000 frames", of(&LogFigures::memory) / million,
            of(&LogFigures::payload) / million, "MB", "their bytes", 1.5});
     print({"terminal: longest repaint of 200 places", of(&LogFigures::repaint) * milliseconds,
