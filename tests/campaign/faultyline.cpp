@@ -122,7 +122,7 @@ void FaultyLine::drawFaults(Exchange& exchange) {
         return;
     }
     for (unsigned count = draw(6) == 0 ? 2 : 1; count > 0;) {
-        count -= strike(draw(kinds.size())) ? 1 : 0;
+        count -= strike(draw(kinds.size())) ? 1U : 0U;
     }
 }
 

@@ -247,7 +247,7 @@ class ModbusEpisode : Episode {
                 (editor.*number->box).name + " shows " + (editor.*number->box).text.get() + ", not " + text);
         } else if (value || text != missingRegister) {
             // A failed read counts as 0; the user has been told so.
-            figures_.zeros += value ? 0 : 1;
+            figures_.zeros += value ? 0U : 1U;
             checkCode(editor, row, value.value_or(0));
         }
     }
@@ -276,7 +276,7 @@ class ModbusEpisode : Episode {
                 continue;
             }
             count(isAnswered(exchange));
-            failures += isAnswered(exchange) ? 0 : 1;
+            failures += isAnswered(exchange) ? 0U : 1U;
             const auto number = static_cast<std::uint16_t>(registerOf(exchange));
             expect(!isAnswered(exchange) ||
                        line_.device().parameters().read(number) == wordOf(exchange.request, 7),

@@ -57,7 +57,7 @@ void PluggedLine::writeOutput(std::string_view bytes) {
     if (isPluggedIn()) {
         answer(pulled);
     }
-    unanswered_ += isPluggedIn() ? 0 : 1;
+    unanswered_ += isPluggedIn() ? 0U : 1U;
 }
 
 void PluggedLine::answer(bool pulled) {

@@ -7,6 +7,7 @@
 
 namespace vek {
 
+void PrintTo(const FaultPosition& shown, std::ostream* stream);
 void PrintTo(const FaultPosition& shown, std::ostream* stream) {
     *stream << shown.slider << " '" << shown.sign << "' -: " << shown.reNegative
             << " +: " << shown.rePositive;
