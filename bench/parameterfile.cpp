@@ -13,7 +13,6 @@
 #include "report.h"
 #include "samples.h"
 #include "support/fakedesktop.h"
-#include "support/fakefolders.h"
 #include "support/fakeserial.h"
 
 /// Saving and loading the parameter set of a device of type 1, beside QSettings with the same keys and values

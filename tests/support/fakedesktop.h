@@ -1,9 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <deque>
 #include <functional>
-#include <list>
+#include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +17,13 @@
 #include "support/fakeclock.h"
 
 namespace vek {
+
+/// A box as one text: "Fehler|stop|ok|Datei-Pfad nicht gefunden".
+inline std::string boxText(const MessageBox& box) {
+    constexpr const char* icons[] = {"|-", "|info", "|stop"};
+    const char* buttons = box.buttons == MessageButtons::Ok ? "|ok|" : "|ok+cancel|";
+    return box.title + icons[static_cast<int>(box.icon)] + buttons + box.text;
+}
 
 /// A desktop without a screen: it writes down every message box and file dialog, and answers at once.
 class FakeDesktop final : public Desktop {
@@ -28,6 +37,8 @@ class FakeDesktop final : public Desktop {
         files;                       ///< chosen in the next file dialogs; nothing when none left
     std::function<void()> onEvents;  ///< what the user does while events are processed and input is not held
     std::function<void()> onMessageBox;  ///< what happens while a box is open
+    /// When the next byte arrives on the line; wakes waitForEvents().
+    std::function<std::optional<TimePoint>()> nextInput;
 
     // What the test looks at.
 
@@ -38,36 +49,69 @@ class FakeDesktop final : public Desktop {
     /// The boxes since the last call.
     std::vector<std::string> takeBoxes() { return std::exchange(boxes, {}); }
 
-    MessageAnswer messageBox(const MessageBox& box) override;
-    std::optional<std::string> chooseFile(const FileDialog& dialog) override;
-    void processEvents() override;
-    void waitForEvents(TimePoint until = TimePoint::max()) override;
+    MessageAnswer messageBox(const MessageBox& box) override {
+        boxes.push_back(boxText(box));
+        if (onMessageBox) {
+            onMessageBox();
+        }
+        return takeFirst(answers, MessageAnswer::Ok);
+    }
+
+    std::optional<std::string> chooseFile(const FileDialog& dialog) override {
+        dialogs.push_back(dialog);
+        return takeFirst(files, std::optional<std::string>{});
+    }
+
+    void processEvents() override {
+        for (auto& [timer, due] : due_) {
+            if (due <= clock_.now()) {
+                due = clock_.now() + Milliseconds{timer->interval.get()};
+                timer->tick();
+            }
+        }
+        ++eventRounds;
+        if (onEvents && !inputHeld_) {
+            onEvents();
+        }
+    }
+
+    void waitForEvents(TimePoint until = TimePoint::max()) override {
+        for (const auto& [timer, due] : due_) {
+            until = std::min(until, due);
+        }
+        until = std::min(until, (nextInput ? nextInput() : std::nullopt).value_or(until));
+        if (until == TimePoint::max()) {
+            throw std::logic_error("a wait that nothing would end");
+        }
+        clock_.advanceTo(until);
+        processEvents();
+    }
+
     void holdInput(bool held) override { inputHeld_ = held; }
     TimePoint now() const override { return clock_.now(); }
 
     /// Has waitForEvents() run the timer on the fake clock.
-    void run(Timer& timer);
-
-    /// When the next byte arrives on the line; wakes waitForEvents().
-    std::function<std::optional<TimePoint>()> nextInput;
+    void run(Timer& timer) {
+        enabled_.push_back(timer.enabled.bind([this, &timer](bool enabled) {
+            due_[&timer] = enabled ? clock_.now() + Milliseconds{timer.interval.get()} : TimePoint::max();
+        }));
+    }
 
   private:
-    struct RunningTimer {
-        Timer* timer;
-        TimePoint due;
-        Subscription enabled;
-    };
-
-    TimePoint wakeTime(TimePoint until) const;
-    void tickDueTimers();
+    template <class Prepared, class Answer>
+    static Answer takeFirst(Prepared& prepared, Answer otherwise) {
+        if (!prepared.empty()) {
+            otherwise = std::move(prepared.front());
+            prepared.pop_front();
+        }
+        return otherwise;
+    }
 
     FakeClock& clock_;
-    std::list<RunningTimer> timers_;
+    std::map<Timer*, TimePoint> due_;  // of all timers that run here; never while one is disabled
+    std::vector<Subscription> enabled_;
     bool inputHeld_ = false;
 };
-
-/// A box as one text: "Fehler|stop|ok|Datei-Pfad nicht gefunden".
-std::string boxText(const MessageBox& box);
 
 /// The box after a request without an answer, and the one after its Cancel.
 inline const std::string crcDialog =
@@ -82,8 +126,14 @@ class FakeFormHost final : public FormHost {
     std::vector<std::string> log;  ///< "+name" for a window shown, "-name" for one closed
     std::vector<Form*> open;       ///< in the order of their opening
 
-    void shown(Form& form) override;
-    void closed(Form& form) override;
+    void shown(Form& form) override {
+        log.push_back("+" + form.name);
+        open.push_back(&form);
+    }
+    void closed(Form& form) override {
+        log.push_back("-" + form.name);
+        std::erase(open, &form);
+    }
 };
 
 }  // namespace vek

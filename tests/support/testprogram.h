@@ -6,8 +6,7 @@
 #include "program/program.h"
 #include "support/fakeclock.h"
 #include "support/fakedesktop.h"
-#include "support/fakefolders.h"
-#include "support/fakeprofilefiles.h"
+#include "support/fakefiles.h"
 #include "support/fakeserial.h"
 
 namespace vek {
@@ -44,19 +43,17 @@ struct TestProgram {
         desktop.nextInput = [this] { return serial.nextArrival(); };
     }
 
-    /// COM3, 9600 baud, even parity, the device at address 3.
-    void configure() {
+    /// COM3, 9600 baud, the device at address 3, over Modbus with even parity.
+    void configure(const char* frameFormat = ",e,8,1") {
         program.ComPort = 3;
         program.BaudRate = 9600;
-        program.FrameFormat = ",e,8,1";
+        program.FrameFormat = frameFormat;
         program.DeviceAddress = 3;
     }
 
-    /// COM3, 9600 baud, the KDL device at address 3.
+    /// The same over the KDL bus.
     void configureKdl() {
-        program.ComPort = 3;
-        program.BaudRate = 9600;
-        program.FrameFormat = kdlFrameFormat;
+        configure(kdlFrameFormat);
         program.KdlAddressPrefix = ":;003";
     }
 
