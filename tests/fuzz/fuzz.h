@@ -41,4 +41,7 @@ class Input {
     std::string_view rest_;
 };
 
+/// What a target checks of one input; each has its own.
+void fuzz(Input input);
+
 }  // namespace vek
