@@ -5,32 +5,20 @@
 
 #include "app/portstatus.h"
 #include "modbus/ModBusLink1.h"
+#include "platform/serialsettings.h"
 #include "program/IOatINI.h"
 
 namespace vek {
 
 namespace {
 
-struct BaudRow {
-    const char* caption;
-    std::int32_t rate;
-};
+/// Behind an option for each baud rate stands the one for the other protocol.
+constexpr std::size_t kdlRow = baudRates.size();
 
-/// The last row is the protocol choice.
-constexpr std::array<BaudRow, 9> baudRows = {{
-    {"1200 Baud ", 1200},
-    {"2400 Baud", 2400},
-    {"4800 Baud", 4800},
-    {"9600 Baud", 9600},
-    {"19200 Baud", 19200},
-    {"38400 Baud", 38400},
-    {"57600 Baud", 57600},
-    {"115200 Baud", 115200},
-    {"KDL-Protokoll", 9600},
-}};
-constexpr std::size_t kdlRow = 8;
-constexpr std::size_t defaultRow = 3;
-constexpr std::int32_t defaultBaudRate = 9600;
+std::size_t rowOf(std::int32_t baudRate) {
+    return static_cast<std::size_t>(std::find(baudRates.begin(), baudRates.end(), baudRate) -
+                                    baudRates.begin());
+}
 
 struct FrameRow {
     OptionButton ModBusLink::*option;
@@ -38,9 +26,9 @@ struct FrameRow {
 };
 
 constexpr std::array<FrameRow, 3> frameRows = {{
-    {&ModBusLink::opt8e1, ",e,8,1"},
-    {&ModBusLink::opt8n1, ",n,8,1"},
-    {&ModBusLink::opt8o1, ",o,8,1"},
+    {&ModBusLink::opt8e1, evenParityFrame},
+    {&ModBusLink::opt8n1, noParityFrame},
+    {&ModBusLink::opt8o1, oddParityFrame},
 }};
 
 /// Why a port is not offered, in the words of its tool tip; "" for one that is.
@@ -87,9 +75,10 @@ ModBusLink::ModBusLink(Program& program) : ChildForm(program, "ModBusLink") {
     for (std::size_t index = 0; index < portCount; ++index) {
         optCom[index].caption = "COM" + std::to_string(index + 1);
     }
-    for (std::size_t index = 0; index < baudRows.size(); ++index) {
-        optBaud[index].caption = baudRows.at(index).caption;
+    for (std::size_t index = 0; index < baudRates.size(); ++index) {
+        optBaud[index].caption = std::to_string(baudRates.at(index)) + (index == 0 ? " Baud " : " Baud");
     }
+    optBaud[kdlRow].caption = "KDL-Protokoll";
     btnOk.click = [this] { takeSettings(); };
 }
 
@@ -112,10 +101,8 @@ void ModBusLink::showSettings() {
     if (program_.ComPort >= 1 && program_.ComPort <= portCount) {
         optCom[static_cast<std::size_t>(program_.ComPort - 1)].value = true;
     }
-    const auto* const found = std::find_if(baudRows.begin(), baudRows.end(),
-                                           [&](const BaudRow& row) { return row.rate == program_.BaudRate; });
-    const auto row = static_cast<std::size_t>(found - baudRows.begin());
-    optBaud[found == baudRows.end() ? defaultRow : row].value = true;
+    const std::size_t row = rowOf(program_.BaudRate);
+    optBaud[row < baudRates.size() ? row : rowOf(defaultBaudRate)].value = true;
     opt8e1.value = true;
     for (const FrameRow& frame : frameRows) {
         if (program_.FrameFormat == frame.frameFormat) {
@@ -149,13 +136,15 @@ void ModBusLink::takePort() {
 
 void ModBusLink::takeBaudRate() {
     program_.BaudRate = defaultBaudRate;
-    for (std::size_t index = 0; index < baudRows.size(); ++index) {
+    for (std::size_t index = 0; index < baudRates.size(); ++index) {
         if (optBaud[index].value) {
-            program_.BaudRate = baudRows.at(index).rate;
+            program_.BaudRate = baudRates.at(index);
             return;
         }
     }
-    showError(program_, "Baudrate nicht einstellbar. Default = 9600");
+    if (!optBaud[kdlRow].value) {
+        showError(program_, "Baudrate nicht einstellbar. Default = 9600");
+    }
 }
 
 std::string ModBusLink::chosenFrameFormat() const {
@@ -167,7 +156,7 @@ std::string ModBusLink::chosenFrameFormat() const {
             return frame.frameFormat;
         }
     }
-    return ",e,8,1";
+    return evenParityFrame;
 }
 
 void ModBusLink::storeSettings() {

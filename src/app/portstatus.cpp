@@ -1,6 +1,6 @@
 #include "app/portstatus.h"
 
-#include <array>
+#include <algorithm>
 #include <string_view>
 
 #include "platform/textcodec.h"
@@ -10,25 +10,13 @@ namespace vek {
 
 namespace {
 
-struct FramePrefix {
-    std::string_view frameFormat;
-    const char* prefix;
-};
-
-constexpr std::array<FramePrefix, 4> framePrefixes = {{
-    {kdlFrameFormat, "KDL-Port = COM"},
-    {",n,8,1", "ModBus RTU-Port = COM"},
-    {",e,8,1", "ModBus RTU-Port = COM"},
-    {",o,8,1", "ModBus RTU-Port = COM"},
-}};
-
 std::string portPrefix(std::string_view frameFormat) {
-    for (const FramePrefix& row : framePrefixes) {
-        if (row.frameFormat == frameFormat) {
-            return row.prefix;
-        }
+    if (frameFormat == kdlFrameFormat) {
+        return "KDL-Port = COM";
     }
-    return "Port = COM";
+    const auto& modbus = modbusFrameFormats;
+    const bool isModbus = std::find(modbus.begin(), modbus.end(), frameFormat) != modbus.end();
+    return isModbus ? "ModBus RTU-Port = COM" : "Port = COM";
 }
 
 std::string trimmed(const std::string& text) {

@@ -1,9 +1,9 @@
 #include "parameters/bussettings.h"
 
-#include <array>
 #include <string>
 
 #include "parameters/parametertable.h"
+#include "platform/serialsettings.h"
 
 namespace vek {
 
@@ -14,8 +14,7 @@ bool isDeviceAddress(double value) {
 }
 
 std::int32_t baudRateOfCode(std::uint16_t code) {
-    constexpr std::array<std::int32_t, 9> rates = {0, 1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
-    return rates.at(code);
+    return code == 0 ? 0 : baudRates.at(code - std::size_t{1});
 }
 
 void showModbusPort(Program& program) {

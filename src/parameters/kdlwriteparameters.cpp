@@ -193,7 +193,7 @@ void writeAddress(const Writing& writing) {
 }
 
 void endAfterSwitchToModbus(Program& program, std::int32_t baudRate) {
-    program.FrameFormat = ",e,8,1";
+    program.FrameFormat = evenParityFrame;
     program.BaudRate = baudRate;
     showNote(program, "Es wurde auf das ModBus-Protokoll mit " + std::to_string(baudRate) +
                           "Baud (Parität = E,8,1)umgeschaltet, anschließend wird die Parameter-Eingabe "

@@ -137,19 +137,18 @@ bool sendBusSetting(const Writing& writing, std::uint16_t code) {
 }
 
 /// In the order of the codes.
-constexpr std::array<const char*, 3> frameFormats = {",n,8,1", ",o,8,1", ",e,8,1"};
 
 void writeParity(const Writing& writing) {
     Program& program = writing.program;
     const auto* option = selectedOption(writing.controls, std::get<ChoiceParameter>(writing.row.kind));
-    if (option == nullptr || program.FrameFormat == frameFormats.at(option->code)) {
+    if (option == nullptr || program.FrameFormat == modbusFrameFormats.at(option->code)) {
         return;
     }
     if (!sendBusSetting(writing, option->code)) {
         writing.reportFailure(writing.row.writeFailure);
         return;
     }
-    program.FrameFormat = frameFormats.at(option->code);
+    program.FrameFormat = modbusFrameFormats.at(option->code);
     reopenPort(program);
     showModbusPort(program);
 }

@@ -4,20 +4,19 @@
 #include <array>
 #include <charconv>
 #include <cstddef>
+#include <string>
 
 namespace vek {
 
 namespace {
 
-constexpr std::string_view baudRates[] = {"1200",  "2400",  "4800",  "9600",
-                                          "19200", "38400", "57600", "115200"};
 constexpr std::string_view parities[] = {"n", "e", "o"};
 constexpr std::string_view dataBits[] = {"7", "8"};
 constexpr std::string_view stopBits[] = {"1", "2"};
 
-template <typename Texts>
-bool isOneOf(const Texts& texts, std::string_view text) {
-    return std::find(std::begin(texts), std::end(texts), text) != std::end(texts);
+template <typename Values, typename Value>
+bool isOneOf(const Values& values, const Value& value) {
+    return std::find(std::begin(values), std::end(values), value) != std::end(values);
 }
 
 /// The four fields between the commas, or nothing when there are more or fewer.
@@ -55,11 +54,12 @@ std::optional<SerialSettings> parseSerialSettings(std::string_view text) {
         return std::nullopt;
     }
     const auto& [rate, parity, data, stop] = *fields;
-    if (!isOneOf(baudRates, rate) || !isOneOf(parities, parity) || !isOneOf(dataBits, data) ||
-        !isOneOf(stopBits, stop)) {
+    const int baudRate = numberIn(rate);
+    if (!isOneOf(baudRates, baudRate) || std::to_string(baudRate) != rate || !isOneOf(parities, parity) ||
+        !isOneOf(dataBits, data) || !isOneOf(stopBits, stop)) {
         return std::nullopt;
     }
-    return SerialSettings{numberIn(rate), parity.front(), numberIn(data), numberIn(stop)};
+    return SerialSettings{baudRate, parity.front(), numberIn(data), numberIn(stop)};
 }
 
 }  // namespace vek

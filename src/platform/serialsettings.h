@@ -1,14 +1,21 @@
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <optional>
 #include <string_view>
 
 namespace vek {
 
+/// The baud rates of the line in bit/s, in the order in which devices number them from 1.
+inline constexpr std::array<int, 8> baudRates = {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
+
+/// The rate in place of one that is none of these.
+inline constexpr int defaultBaudRate = 9600;
+
 /// How bytes go over the line.
 struct SerialSettings {
-    int baudRate = 9600;
+    int baudRate = defaultBaudRate;
     char parity = 'n';  ///< n none, e even, o odd
     int dataBits = 8;
     int stopBits = 1;

@@ -1,16 +1,10 @@
 #include "program/port.h"
 
 #include <algorithm>
-#include <array>
+
+#include "platform/serialsettings.h"
 
 namespace vek {
-
-namespace {
-
-constexpr std::array<std::int32_t, 8> baudRates = {1200, 2400, 4800, 9600, 19200, 38400, 57600, 115200};
-constexpr std::int32_t defaultBaudRate = 9600;
-
-}  // namespace
 
 std::string baudText(std::int32_t baudRate) {
     const bool known = std::find(baudRates.begin(), baudRates.end(), baudRate) != baudRates.end();

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/controls.h"
@@ -15,6 +17,15 @@
 #include "program/windows.h"
 
 namespace vek {
+
+/// FrameFormats that select Modbus RTU: 8 data bits, 1 stop bit, and the parity.
+inline constexpr const char* noParityFrame = ",n,8,1";
+inline constexpr const char* oddParityFrame = ",o,8,1";
+inline constexpr const char* evenParityFrame = ",e,8,1";
+
+/// The same in the order in which devices number their parity from 0.
+inline constexpr std::array<std::string_view, 3> modbusFrameFormats = {noParityFrame, oddParityFrame,
+                                                                       evenParityFrame};
 
 /// FrameFormat that selects the KDL protocol: 7 data bits, even parity, 1 stop bit.
 inline constexpr const char* kdlFrameFormat = ",e,7,1";
@@ -66,7 +77,7 @@ struct Program {
 
     std::int16_t ComPort = 0;        ///< 1 to 16; 0 = not configured
     std::int32_t BaudRate = 0;       ///< 1200 to 115200; 0 = not configured
-    std::string FrameFormat;         ///< ",n,8,1", ",e,8,1", ",o,8,1": Modbus RTU; ",e,7,1": KDL
+    std::string FrameFormat;         ///< one of those above; with any other text as for Modbus RTU
     std::uint8_t DeviceAddress = 0;  ///< 0 = no device chosen
     std::string KdlAddressPrefix = blankKdlPrefix;  ///< ":;" and three digits, or five blanks
     std::string DeviceName;       ///< as the device last found named itself, Windows-1252 shown as UTF-8

@@ -6,31 +6,24 @@
 #include <sys/sysmacros.h>
 #include <termios.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 
 namespace vek {
 
 namespace {
 
-struct Rate {
-    int baudRate;
-    speed_t speed;
-};
-constexpr Rate rates[] = {
-    {1200, B1200},   {2400, B2400},   {4800, B4800},   {9600, B9600},
-    {19200, B19200}, {38400, B38400}, {57600, B57600}, {115200, B115200},
-};
+/// What the system calls the baud rates, in their order.
+constexpr std::array<speed_t, baudRates.size()> speeds = {B1200,  B2400,  B4800,  B9600,
+                                                          B19200, B38400, B57600, B115200};
 
 constexpr tcflag_t frameFlags = CSIZE | PARENB | PARODD | CMSPAR | CSTOPB | CRTSCTS;
 
 /// B0 for a rate that is not in the table.
 speed_t speedOf(int baudRate) {
-    for (const Rate& rate : rates) {
-        if (rate.baudRate == baudRate) {
-            return rate.speed;
-        }
-    }
-    return B0;
+    const auto* const found = std::find(baudRates.begin(), baudRates.end(), baudRate);
+    return found == baudRates.end() ? B0 : speeds.at(static_cast<std::size_t>(found - baudRates.begin()));
 }
 
 tcflag_t frameFlagsOf(const SerialSettings& settings) {
