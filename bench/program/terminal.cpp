@@ -287,7 +287,7 @@ Cost costOfEditor() {
         if (lines % linesPerYield == 0) {
             end.beginEditBlock();
         }
-        end.insertText(QString::fromStdString(hexText(frame.bytes)),
+        end.insertText(QString::fromStdString(ToHexText(frame.bytes)),
                        formats[static_cast<std::size_t>(frame.color)]);
         end.insertBlock();
         if (++lines % linesPerYield == 0) {

@@ -90,9 +90,9 @@ void ModBusLink::load() {
 
 void ModBusLink::offerPorts() {
     for (int n = 1; n <= portCount; ++n) {
-        const PortError error = probePort(program_, n);
         OptionButton& option = optCom[static_cast<std::size_t>(n - 1)];
-        option.enabled = error == PortError::None;
+        PortError error{};
+        option.enabled = PortExists(program_, n, error);
         option.toolTip = portToolTip(error, program_.RS485.portInfo(n));
     }
 }

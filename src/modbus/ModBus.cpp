@@ -1,6 +1,6 @@
 #include "modbus/ModBus.h"
 
-#include <utility>
+#include <array>
 
 namespace vek {
 
@@ -9,78 +9,76 @@ namespace {
 constexpr const char* errorTitle = "MODBUS-Fehler";
 constexpr std::uint16_t deviceTextRegisters = 10;
 
-constexpr ExceptionTexts readExceptions = {"Unzulässige Funktion",
-                                           "",  // not every device has every register
-                                           "Unzulässige Datenwert",
-                                           "Interner Fehler",
-                                           "Annahmebestätigung (Antwort kommt zeitverzögert",
-                                           "Anfrage nicht angenommen"};
-constexpr ExceptionTexts writeExceptions = {"Unzulässige Funktion",
-                                            "Unzulässige Datenzugriff",
-                                            "Unzulässige Datenwert",
-                                            "Interner Fehler",
-                                            "Annahmebestätigung (Antwort kommt zeitverzögert",
-                                            "Anfrage nicht angenommen"};
+/// Not every device has every register.
+constexpr ExceptionTexts silentAboutMissing = {.access = ""};
 
 /// Message for an exception code as it stands in the token.
-std::string exceptionText(std::string_view code, const ExceptionTexts& texts) {
-    for (std::size_t index = 0; index < texts.size(); ++index) {
-        if (code == std::to_string(index + 1)) {
-            return texts.at(index);
-        }
-    }
-    return "Unbekannter Fehler (Ausnahme-Code " + std::string(code) + ")";
+std::string exceptionText(const std::string& code, const ExceptionTexts& texts) {
+    const std::array<const char*, 6> known = {"Unzulässige Funktion",
+                                              texts.access,
+                                              texts.value,
+                                              "Interner Fehler",
+                                              "Annahmebestätigung (Antwort kommt zeitverzögert",
+                                              "Anfrage nicht angenommen"};
+    const std::size_t index = std::stoul(code) - 1;
+    return index < known.size() ? known.at(index) : "Unbekannter Fehler (Ausnahme-Code " + code + ")";
 }
 
-/// One read with its messages: the data, or the token as result of the other kind.
+/// Asks after a request without a valid reply whether to go on; returns when the user wants to.
+void askAfterTimeOut(Program& program) {
+    const MessageAnswer answer = program.desktop.messageBox(
+        {"CRC-Fehler:\n\nOk                ->  Programm fortsetzen\nAbbrechen  ->  Programm beenden",
+         errorTitle, MessageIcon::None, MessageButtons::OkCancel});
+    if (answer == MessageAnswer::Cancel) {
+        showNote(program, "MODBUS RTU Monitor wird beendet!");
+        ClosePort(program);
+        UnloadAllWindows(program);
+    }
+}
+
+/// One read with its messages.
 struct ReadResult {
-    std::optional<Bytes> data;
-    Bytes token;
+    bool good;
+    Bytes bytes;  // the data, else the token
 };
 
 ReadResult readReported(Program& program, std::uint16_t startRegister, std::uint16_t count) {
     Bytes reply = SendReadRequest(program, program.DeviceAddress, startRegister, count);
-    if (isExceptionToken(reply)) {
-        showException(program, reply, readExceptions);
-        return {std::nullopt, std::move(reply)};
+    // A frame without even one register in it is no valid reply either.
+    if (CheckCrc(reply) && readReplyData(reply).size() < 2) {
+        reply = crcTimeout;
     }
-    if (reply != crcTimeout) {
-        Bytes data = readReplyData(reply);
-        if (data.size() >= 2) {
-            return {std::move(data), {}};
-        }
-    }
-    // A reply without even one register in it is no valid reply either.
-    askAfterTimeOut(program);
-    return {std::nullopt, crcTimeout};
+    const bool good = isGoodReply(program, reply, silentAboutMissing);
+    return {good, good ? readReplyData(reply) : reply};
 }
 
 }  // namespace
 
-Bytes MbReadRegisters(Program& program, std::uint16_t startRegister, std::uint16_t count) {
-    const ReadResult result = readReported(program, startRegister, count);
-    if (!result.data) {
-        return result.token;
+bool isGoodReply(Program& program, const Bytes& result, const ExceptionTexts& texts) {
+    if (result == crcTimeout) {
+        askAfterTimeOut(program);
+        return false;
     }
-    return result.data->size() >= 3 ? *result.data : std::to_string(BytesToWord(*result.data));
+    if (!result.starts_with(exceptionPrefix)) {
+        return true;
+    }
+    const std::string text = exceptionText(result.substr(std::string_view(exceptionPrefix).size()), texts);
+    if (!text.empty()) {
+        showError(program, text, errorTitle);
+    }
+    return false;
+}
+
+Bytes MbReadRegisters(Program& program, std::uint16_t startRegister, std::uint16_t count) {
+    const auto [good, bytes] = readReported(program, startRegister, count);
+    return !good || bytes.size() >= 3 ? bytes : std::to_string(BytesToWord(bytes));
 }
 
 bool MbWriteRegisters(Program& program, std::uint16_t startRegister, std::uint8_t count,
                       std::uint8_t byteCount, std::string_view data) {
     const Bytes reply =
         SendWriteRequest(program, program.DeviceAddress, startRegister, count, byteCount, data);
-    if (startRegister == 3016 || startRegister == 3017) {
-        return true;
-    }
-    if (isExceptionToken(reply)) {
-        showException(program, reply, writeExceptions);
-        return false;
-    }
-    if (reply == crcTimeout) {
-        askAfterTimeOut(program);
-        return false;
-    }
-    return true;
+    return startRegister == 3016 || startRegister == 3017 || isGoodReply(program, reply);
 }
 
 Bytes ReadDeviceText(Program& program, std::uint16_t startRegister) {
@@ -91,37 +89,13 @@ Bytes ReadDeviceText(Program& program, std::uint16_t startRegister) {
 }
 
 std::optional<Bytes> readData(Program& program, std::uint16_t startRegister, std::uint16_t count) {
-    const ReadResult result = readReported(program, startRegister, count);
-    const bool complete = result.data && result.data->size() == 2 * std::size_t{count};
-    return complete ? result.data : std::nullopt;
+    const auto [good, bytes] = readReported(program, startRegister, count);
+    return good && bytes.size() == 2 * std::size_t{count} ? std::optional(bytes) : std::nullopt;
 }
 
 std::optional<std::uint16_t> readRegister(Program& program, std::uint16_t number) {
     const std::optional<Bytes> data = readData(program, number, 1);
     return data ? std::optional(BytesToWord(*data)) : std::nullopt;
-}
-
-bool isExceptionToken(std::string_view result) {
-    return result.starts_with(exceptionPrefix);
-}
-
-void showException(Program& program, std::string_view token, const ExceptionTexts& texts) {
-    token.remove_prefix(std::string_view(exceptionPrefix).size());
-    const std::string text = exceptionText(token, texts);
-    if (!text.empty()) {
-        showError(program, text, errorTitle);
-    }
-}
-
-void askAfterTimeOut(Program& program) {
-    const MessageAnswer answer = program.desktop.messageBox(
-        {"CRC-Fehler:\n\nOk                ->  Programm fortsetzen\nAbbrechen  ->  Programm beenden",
-         errorTitle, MessageIcon::None, MessageButtons::OkCancel});
-    if (answer == MessageAnswer::Cancel) {
-        showNote(program, "MODBUS RTU Monitor wird beendet!");
-        ClosePort(program);
-        UnloadAllWindows(program);
-    }
 }
 
 void UnloadAllWindows(Program& program) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -35,18 +34,15 @@ std::optional<Bytes> readData(Program& program, std::uint16_t startRegister, std
 /// The value of one register; nothing as with readData.
 std::optional<std::uint16_t> readRegister(Program& program, std::uint16_t number);
 
-/// What an exception reply tells the user, for the codes 1 to 6 in this order; "" = nothing.
-using ExceptionTexts = std::array<const char*, 6>;
+/// What the user is told of the exceptions 2 and 3, which are worded in several ways; "" = nothing.
+struct ExceptionTexts {
+    const char* access = "Unzulässige Datenzugriff";
+    const char* value = "Unzulässige Datenwert";
+};
 
-/// Whether a result is the token of an exception reply.
-bool isExceptionToken(std::string_view result);
-
-/// Shows the message for an exception token; codes that the texts do not cover are named by their number.
-void showException(Program& program, std::string_view token, const ExceptionTexts& texts);
-
-/// Asks after a request without a valid reply whether to go on; returns when the user wants to, otherwise
-/// ends the program.
-void askAfterTimeOut(Program& program);
+/// Whether the result of a transaction is a reply. If it is none, the user has been told why, or wants to go
+/// on after a time-out.
+bool isGoodReply(Program& program, const Bytes& result, const ExceptionTexts& texts = {});
 
 /// Closes all windows, which ends the program.
 void UnloadAllWindows(Program& program);

@@ -1,7 +1,5 @@
 #include "modbus/ModBusLink1.h"
 
-#include <algorithm>
-
 #include "platform/leadingnumber.h"
 #include "program/port.h"
 
@@ -11,51 +9,42 @@ namespace {
 
 constexpr Milliseconds replyTimeOut{1000};
 
-struct Request {
-    std::uint8_t slave;
-    std::uint8_t function;
-    Bytes frame;
-    std::size_t replyLength;
-};
-
 void discardInput(SerialControl& port) {
     while (port.receivedCount() > 0) {
         port.readInput();
     }
 }
 
-/// Waits for the whole reply, or for an exception reply, which is shorter than any other: without the early
-/// look at it, a register that the device lacks would cost the whole time-out.
-Bytes collectReply(Program& program, const Request& request) {
+Bytes collectReply(Program& program, const Bytes& request) {
     SerialControl& port = program.RS485;
     const TimePoint deadline = program.desktop.now() + replyTimeOut;
-    if (!port.waitReceived(std::min(exceptionReplyLength, request.replyLength), deadline)) {
-        return port.readInput();
-    }
-    Bytes reply = port.readInput();
-    if (reply.size() < request.replyLength &&
-        !isCompleteExceptionReply(reply, request.slave, request.function)) {
-        port.waitReceived(request.replyLength - reply.size(), deadline);
+    Bytes reply;
+    std::size_t missing = exceptionReplyLength;
+    while (port.waitReceived(missing, deadline)) {
         reply += port.readInput();
+        if (parseReply(request, reply, true) != ReplyKind::NotYet) {
+            return reply;
+        }
+        missing = replyLength(request) - reply.size();
     }
-    return reply;
+    return reply + port.readInput();
 }
 
-Bytes transact(Program& program, const Request& request) {
-    program.terminalLog.append(LogColor::Black, LogForm::Hex, request.frame);
+Bytes transact(Program& program, const Bytes& request) {
+    program.terminalLog.append(LogColor::Black, LogForm::Hex, request);
     discardInput(program.RS485);
-    program.RS485.writeOutput(request.frame);
+    program.RS485.writeOutput(request);
     program.RS485.waitSent();
     const Bytes reply = collectReply(program, request);
     program.terminalLog.append(LogColor::Red, LogForm::Hex, reply);
-    if (!CheckCrc(reply)) {
-        return crcTimeout;
+    switch (parseReply(request, reply, false)) {
+        case ReplyKind::Data:
+            return reply;
+        case ReplyKind::Exception:
+            return ExceptionToken(reply);
+        default:
+            return crcTimeout;
     }
-    if (IsExceptionReply(reply, request.function)) {
-        return ExceptionToken(reply);
-    }
-    // What somebody else has said, or was said to another request, must not be shown as this device's value.
-    return isAnswerTo(request.frame, reply) ? reply : crcTimeout;
 }
 
 }  // namespace
@@ -72,29 +61,24 @@ void ClosePort(Program& program) {
     program.RS485.close();
 }
 
-PortError probePort(Program& program, int n) {
+bool PortExists(Program& program, int n, PortError& error) {
     SerialControl& port = program.RS485;
-    if (port.isOpen()) {
-        return PortError::InUse;
+    error = port.isOpen() ? PortError::InUse : PortError::NotThere;
+    if (port.setPortNumber(n)) {
+        error = port.open();
+        port.close();
     }
-    if (!port.setPortNumber(n)) {
-        return PortError::NotThere;
-    }
-    const PortError error = port.open();
-    port.close();
-    return error;
+    return error == PortError::None;
 }
 
 Bytes SendReadRequest(Program& program, std::uint8_t slave, std::uint16_t startRegister,
                       std::uint16_t count) {
-    return transact(program, {slave, functionReadHoldingRegisters, readRequest(slave, startRegister, count),
-                              readReplyLength(count)});
+    return transact(program, readRequest(slave, startRegister, count));
 }
 
 Bytes SendWriteRequest(Program& program, std::uint8_t slave, std::uint16_t startRegister, std::uint8_t count,
                        std::uint8_t byteCount, std::string_view data) {
-    return transact(program, {slave, functionWriteMultipleRegisters,
-                              writeRequest(slave, startRegister, count, byteCount, data), writeReplyLength});
+    return transact(program, writeRequest(slave, startRegister, count, byteCount, data));
 }
 
 void SetDeviceAddress(Program& program, std::string_view text) {

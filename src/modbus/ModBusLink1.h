@@ -17,8 +17,8 @@ void OpenPort(Program& program);
 /// Closes the port; does nothing on a closed one.
 void ClosePort(Program& program);
 
-/// Tries to open port n (1 to 16) and closes it again; says why it cannot be opened.
-PortError probePort(Program& program, int n);
+/// Whether port n (1 to 16) can be opened, which is tried; `error` says why not.
+bool PortExists(Program& program, int n, PortError& error);
 
 /// One read transaction (function 03). The whole reply frame, "CRC_TIMEOUT", or "EXCEP_" with the exception
 /// code.

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <bit>
 
-#include "platform/hextext.h"
-
 namespace vek {
 
 namespace {
@@ -12,6 +10,7 @@ namespace {
 constexpr std::size_t crcLength = 2;
 constexpr unsigned exceptionFlag = 128;
 constexpr unsigned anySlave = 0;  // a device answers it under its own address
+constexpr std::size_t writeReplyLength = 8;
 
 /// Address, function and byte count stand before the data of a read reply, the CRC behind them.
 constexpr std::size_t readReplyHead = 3;
@@ -30,15 +29,23 @@ Bytes requestHead(std::uint8_t slave, std::uint8_t function, std::uint16_t start
     return frame;
 }
 
+bool isRead(std::string_view request) {
+    return byteAt(request, 1) == functionReadHoldingRegisters;
+}
+
+/// Whether a reply with a right CRC, which refuses nothing, begins as the answer to this request does.
+bool isAnswerTo(std::string_view request, std::string_view reply) {
+    const std::size_t commonHead = isRead(request) ? readReplyHead - 1 : writeReplyLength - crcLength;
+    const bool sameSlave = byteAt(request, 0) == anySlave || reply[0] == request[0];
+    return sameSlave && reply.substr(1, commonHead - 1) == request.substr(1, commonHead - 1) &&
+           reply != request;
+}
+
 }  // namespace
 
 Bytes readRequest(std::uint8_t slave, std::uint16_t startRegister, std::uint16_t count) {
     const Bytes frame = requestHead(slave, functionReadHoldingRegisters, startRegister, count);
     return frame + ComputeCrc(frame);
-}
-
-std::size_t readReplyLength(std::uint16_t count) {
-    return 2 * std::size_t{count} + readReplyHead + crcLength;
 }
 
 Bytes readReplyData(std::string_view reply) {
@@ -77,25 +84,26 @@ bool IsExceptionReply(std::string_view reply, std::uint8_t functionCode) {
     return reply.size() < exceptionReplyLength || byteAt(reply, 1) == functionCode + exceptionFlag;
 }
 
-bool isAnswerTo(std::string_view request, std::string_view reply) {
-    const bool read = byteAt(request, 1) == functionReadHoldingRegisters;
-    const std::size_t commonHead = read ? readReplyHead - 1 : writeReplyLength - crcLength;
-    const bool sameSlave = byteAt(request, 0) == anySlave || reply[0] == request[0];
-    return sameSlave && reply.substr(1, commonHead - 1) == request.substr(1, commonHead - 1) &&
-           reply != request;
+std::size_t replyLength(std::string_view request) {
+    const std::size_t count = BytesToWord(request.substr(4));
+    return isRead(request) ? readReplyHead + 2 * count + crcLength : writeReplyLength;
+}
+
+ReplyKind parseReply(std::string_view request, std::string_view reply, bool moreCanCome) {
+    const bool sound = CheckCrc(reply);
+    const bool refused = sound && IsExceptionReply(reply, static_cast<std::uint8_t>(byteAt(request, 1)));
+    const bool wholeRefusal = refused && reply.size() == exceptionReplyLength && reply[0] == request[0];
+    if (moreCanCome && !wholeRefusal && reply.size() < replyLength(request)) {
+        return ReplyKind::NotYet;
+    }
+    if (refused) {
+        return ReplyKind::Exception;
+    }
+    return sound && isAnswerTo(request, reply) ? ReplyKind::Data : ReplyKind::NotForUs;
 }
 
 std::string ExceptionToken(std::string_view reply) {
     return exceptionPrefix + std::to_string(byteAt(reply, 2));
-}
-
-bool isCompleteExceptionReply(std::string_view reply, std::uint8_t slave, std::uint8_t functionCode) {
-    return reply.size() == exceptionReplyLength && byteAt(reply, 0) == slave &&
-           byteAt(reply, 1) == functionCode + exceptionFlag && CheckCrc(reply);
-}
-
-std::string ToHexText(std::string_view bytes) {
-    return hexText(bytes);
 }
 
 Bytes WordToBytes(std::uint16_t value) {

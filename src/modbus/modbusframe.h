@@ -7,8 +7,9 @@
 
 #include "platform/serialcontrol.h"
 
-/// Modbus RTU frames as bytes, without a port: requests of the functions 03 and 16, checks of replies, and
-/// the byte conversions of register data. Layouts and CRC are those of the Modbus over Serial Line protocol.
+/// Modbus RTU frames as bytes, without a port: requests of the functions 03 and 16, the parse of their
+/// replies, and the byte conversions of register data. Layouts and CRC are those of the Modbus over Serial
+/// Line protocol.
 namespace vek {
 
 inline constexpr std::uint8_t functionReadHoldingRegisters = 3;
@@ -20,14 +21,11 @@ inline constexpr const char* crcTimeout = "CRC_TIMEOUT";
 /// Begin of the result of a transaction that the device refused; the exception code follows in decimal.
 inline constexpr const char* exceptionPrefix = "EXCEP_";
 
-/// Length of a complete exception reply: address, function + 128, exception code, CRC.
+/// Length of a complete exception reply: address, function + 128, exception code, CRC. No reply is shorter.
 inline constexpr std::size_t exceptionReplyLength = 5;
 
 /// Request to read `count` holding registers, CRC included: 8 bytes.
 Bytes readRequest(std::uint8_t slave, std::uint16_t startRegister, std::uint16_t count);
-
-/// Length of the reply to a read of `count` registers.
-std::size_t readReplyLength(std::uint16_t count);
 
 /// The data bytes of a reply to a read (5 bytes or more): as many as its byte count says, never more than
 /// have arrived.
@@ -37,8 +35,23 @@ Bytes readReplyData(std::string_view reply);
 Bytes writeRequest(std::uint8_t slave, std::uint16_t startRegister, std::uint8_t count,
                    std::uint8_t byteCount, std::string_view data);
 
-/// Length of the reply to a write.
-inline constexpr std::size_t writeReplyLength = 8;
+/// Length of the reply to a request, unless the device refuses it.
+std::size_t replyLength(std::string_view request);
+
+/// What the bytes that have come for a request are.
+enum class ReplyKind {
+    NotYet,     ///< too few, and more can still come
+    Data,       ///< the answer
+    Exception,  ///< the refusal
+    NotForUs    ///< damaged, or said by somebody else or to another request
+};
+
+/// `moreCanCome`: the time is not up. The answer has a right CRC and comes from the slave that was asked
+/// (from any when the request went to address 0); it is of the same function, for a write of the same
+/// registers, and not the request itself, as an adapter that hears its own sending returns it. A refusal
+/// counts whoever sends it, but only that of the slave itself ends the wait: without the early look at it, a
+/// register that the device lacks would cost the whole time-out.
+ReplyKind parseReply(std::string_view request, std::string_view reply, bool moreCanCome);
 
 /// The two CRC bytes of the frame, low byte first: CRC-16 with start value FFFF and polynomial A001
 /// (reflected).
@@ -50,20 +63,8 @@ bool CheckCrc(std::string_view reply);
 /// Whether a reply with a right CRC refuses the request: shorter than 5 bytes, or with functionCode + 128.
 bool IsExceptionReply(std::string_view reply, std::uint8_t functionCode);
 
-/// Whether a reply with a right CRC (5 bytes or more, no exception) can be the answer to this request: of the
-/// same slave (of any slave when the request went to address 0) and function, for a write of the same
-/// registers, and not the request itself, as an adapter that hears its own sending returns it.
-bool isAnswerTo(std::string_view request, std::string_view reply);
-
 /// "EXCEP_" with the third byte of the reply (which has 3 bytes or more) in decimal.
 std::string ExceptionToken(std::string_view reply);
-
-/// Whether these bytes are a complete exception reply of this slave to this function: nothing more is to
-/// come.
-bool isCompleteExceptionReply(std::string_view reply, std::uint8_t slave, std::uint8_t functionCode);
-
-/// Each byte as two upper-case hexadecimal digits, without separators.
-std::string ToHexText(std::string_view bytes);
 
 /// High byte, then low byte.
 Bytes WordToBytes(std::uint16_t value);

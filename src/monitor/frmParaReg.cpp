@@ -19,18 +19,8 @@ constexpr std::int64_t highestRegister = 9999;
 constexpr std::size_t bytesPerRegister = 2;
 
 /// This tool is for registers that the user names himself, so it tells of missing ones, too.
-constexpr ExceptionTexts readExceptions = {"Unzulässige Funktion",
-                                           "Unzulässige Datenzugriff",
-                                           "Unzulässige Datenwert",
-                                           "Interner Fehler",
-                                           "Annahmebestätigung (Antwort kommt zeitverzögert",
-                                           "Anfrage nicht angenommen"};
-constexpr ExceptionTexts writeExceptions = {"Unzulässige Funktion",
-                                            "Unzulässiger Datenzugriff",
-                                            "Unzulässiger Datenwert",
-                                            "Interner Fehler",
-                                            "Annahmebestätigung (Antwort kommt zeitverzögert",
-                                            "Anfrage nicht angenommen"};
+constexpr ExceptionTexts writeExceptions = {.access = "Unzulässiger Datenzugriff",
+                                            .value = "Unzulässiger Datenwert"};
 
 constexpr std::array<const char*, 4> headings = {"", "Hex", "Dezimal", "ASCII"};
 
@@ -45,19 +35,6 @@ std::optional<std::int64_t> typedNumber(const std::string& text, std::int64_t lo
 std::optional<std::uint16_t> filledIn(const std::string& text, std::int64_t lowest, std::int64_t highest) {
     const auto number = text.empty() ? std::nullopt : typedNumber(text, lowest, highest);
     return number ? std::optional(static_cast<std::uint16_t>(*number)) : std::nullopt;
-}
-
-/// Whether the reply is one; the user has been told of everything else, and wants to go on.
-bool isGoodReply(Program& program, const Bytes& reply, const ExceptionTexts& texts) {
-    if (isExceptionToken(reply)) {
-        showException(program, reply, texts);
-        return false;
-    }
-    if (reply == crcTimeout) {
-        askAfterTimeOut(program);
-        return false;
-    }
-    return true;
 }
 
 }  // namespace
@@ -138,7 +115,7 @@ void frmParaReg::readRegisters() {
     }
     OpenPort(program_);
     const Bytes reply = SendReadRequest(program_, program_.DeviceAddress, *start, *count);
-    if (isGoodReply(program_, reply, readExceptions)) {
+    if (isGoodReply(program_, reply)) {
         showRegisters(readReplyData(reply), *count);
     }
     ClosePort(program_);
@@ -148,7 +125,7 @@ void frmParaReg::showRegisters(const Bytes& data, std::uint16_t count) {
     const std::size_t arrived = data.size() / bytesPerRegister;
     for (std::size_t index = 0; index < std::min<std::size_t>(count, arrived); ++index) {
         const Bytes word = data.substr(index * bytesPerRegister, bytesPerRegister);
-        lblHexVal[index].caption = hexText(word);
+        lblHexVal[index].caption = ToHexText(word);
         lblDezVal[index].caption = std::to_string(BytesToWord(word));
         lblChr[index].caption = withoutControls(utf8FromWindows1252(word));
     }

@@ -2,7 +2,7 @@
 
 namespace vek {
 
-std::string hexText(std::string_view bytes) {
+std::string ToHexText(std::string_view bytes) {
     constexpr std::string_view digits = "0123456789ABCDEF";
     std::string text;
     text.reserve(2 * bytes.size());

@@ -6,6 +6,6 @@
 namespace vek {
 
 /// Each byte as two upper-case hexadecimal digits, without separators.
-std::string hexText(std::string_view bytes);
+std::string ToHexText(std::string_view bytes);
 
 }  // namespace vek

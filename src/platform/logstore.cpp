@@ -95,7 +95,7 @@ LogLine LogStore::line(std::uint64_t index) const {
 
 std::string LogStore::text(std::uint64_t index) const {
     const LogLine entry = line(index);
-    return entry.form == LogForm::Hex ? hexText(entry.bytes)
+    return entry.form == LogForm::Hex ? ToHexText(entry.bytes)
                                       : withoutControls(utf8FromWindows1252(entry.bytes));
 }
 

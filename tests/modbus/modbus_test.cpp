@@ -17,7 +17,7 @@ std::string lastOpening(const FakeSerial& serial) {
 Operations operationsOf(TestProgram& test) {
     Program& program = test.program;
     const auto data = [](const Bytes& reply) {
-        const bool isToken = reply == crcTimeout || isExceptionToken(reply);
+        const bool isToken = reply == crcTimeout || reply.starts_with(exceptionPrefix);
         return isToken ? reply : spacedHex(CheckCrc(reply) ? reply.substr(0, reply.size() - 2) : reply);
     };
     return {
@@ -45,7 +45,8 @@ Operations operationsOf(TestProgram& test) {
          }},
         {"probe",
          [&](const Operand& port) {
-             return probePort(program, port.numbers[0]) == PortError::None ? "yes" : "no";
+             PortError error{};
+             return PortExists(program, port.numbers[0], error) ? "yes" : "no";
          }},
         {"ask",
          [&, data](const Operand& read) {
