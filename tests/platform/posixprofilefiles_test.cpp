@@ -3,11 +3,16 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
+#include <random>
+#include <thread>
 
-#include "platform/temporaryfolder.h"
+#include "systemcalls.h"
+#include "temporaryfolder.h"
 
 namespace vek {
 namespace {
@@ -108,14 +113,62 @@ TEST_F(PosixProfileFilesTest, AFullDiskLeavesTheOldFileAndNoOther) {
     EXPECT_EQ(entryCount(), 1U);
 }
 
-TEST_F(PosixProfileFilesTest, AReadOnlyFileIsNotReplaced) {
-    if (::geteuid() == 0) {
-        GTEST_SKIP() << "the administrator may write to any file";
+TEST_F(PosixProfileFilesTest, AFolderOrFileThatMayNotBeWrittenKeepsTheOldBytes) {
+    putBytes(path, portText);
+    const std::string readOnly = folder.file("nur-lesen.ini");
+    putBytes(readOnly, portText);
+    ASSERT_EQ(::chmod(path.c_str(), 0666), 0);
+    ASSERT_EQ(::chmod(readOnly.c_str(), 0444), 0);
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0777), 0);
+    const auto refusedToAUser = [&](const std::string& file) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            constexpr uid_t nobody = 65534;
+            const bool isUser = ::geteuid() != 0 || (::setgid(nobody) == 0 && ::setuid(nobody) == 0);
+            ::_exit(isUser && !files.write(file, {{"RS485", "COM", "9"}}) ? 0 : 1);
+        }
+        int status = -1;
+        return ::waitpid(child, &status, 0) == child && status == 0;
+    };
+    EXPECT_TRUE(refusedToAUser(readOnly));
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0555), 0);
+    EXPECT_TRUE(refusedToAUser(path));
+    EXPECT_TRUE(refusedToAUser(folder.file("neu.ini")));
+    ASSERT_EQ(::chmod(folder.path().c_str(), 0755), 0);
+    EXPECT_EQ(bytesOf(path), portText);
+    EXPECT_EQ(bytesOf(readOnly), portText);
+    EXPECT_EQ(entryCount(), 2U);
+}
+
+TEST_F(PosixProfileFilesTest, AFileIsOnTheDiskBeforeItTakesTheOldOnesPlace) {
+    systemCalls = {};
+    EXPECT_TRUE(files.write(path, port));
+    EXPECT_EQ(systemCalls.log, (std::vector<std::string>{"flush file", "rename", "flush folder"}));
+}
+
+TEST_F(PosixProfileFilesTest, AProgramKilledWhileItWritesLeavesTheOldFileOrTheNewOne) {
+    const std::array<std::string, 2> values = {std::string(20'000, 'x'), std::string(30'000, 'y')};
+    std::array<int, 2> found{};
+    std::mt19937 random(1);
+    EXPECT_TRUE(files.write(path, {{"S", "k", values[0]}}));
+    // On until the moments have met each of the two contents and a write that was under way.
+    const auto goesOn = [&](int count) {
+        return count < 200 || found[0] == 0 || found[1] == 0 || entryCount() == 1;
+    };
+    for (int count = 0; goesOn(count); ++count) {
+        ASSERT_LT(count, 5000) << "the moments miss the writing";
+        const pid_t child = ::fork();
+        for (std::size_t turn = 1; child == 0; ++turn) {
+            files.write(path, {{"S", "k", values.at(turn % 2)}});
+        }
+        std::this_thread::sleep_for(std::chrono::microseconds(300 + random() % 1000));
+        ::kill(child, SIGKILL);
+        ::waitpid(child, nullptr, 0);
+        const std::string left = bytesOf(path);
+        const std::size_t which = left.find('y') == std::string::npos ? 0 : 1;
+        ASSERT_EQ(left, "[S]\r\nk=" + values.at(which) + "\r\n") << "after kill " << count;
+        ++found.at(which);
     }
-    putBytes(path, "[RS485]\n");
-    ASSERT_EQ(::chmod(path.c_str(), 0444), 0);
-    EXPECT_FALSE(files.write(path, port));
-    EXPECT_EQ(bytesOf(path), "[RS485]\n");
 }
 
 }  // namespace

@@ -1,15 +1,17 @@
 #include "platform/posix/posixserial.h"
 
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
-#include <termios.h>
 
 #include <atomic>
 #include <ctime>
 #include <thread>
 
-#include "platform/pseudoterminal.h"
-#include "platform/temporaryfolder.h"
+#include "platform/posix/ttysettings.h"
+#include "pseudoterminal.h"
+#include "systemcalls.h"
+#include "temporaryfolder.h"
 
 namespace vek {
 namespace {
@@ -52,22 +54,44 @@ class ProcessorTime {
     std::clock_t begin_ = std::clock();
 };
 
-TEST_F(PosixSerialTest, OpensAsAPlainByteLineWithTheSettings) {
-    const std::pair<const char*, speed_t> cases[] = {
-        {"1200,n,8,1", B1200},   {"2400,e,8,1", B2400},   {"4800,o,8,1", B4800},   {"9600,e,7,1", B9600},
-        {"19200,e,8,1", B19200}, {"38400,n,8,2", B38400}, {"57600,o,7,2", B57600}, {"115200,e,8,1", B115200}};
-    const FileDescriptor neighbour = line.openPort();
-    for (const auto& [settings, speed] : cases) {
-        ASSERT_TRUE(serial.setSettings(settings));
-        ASSERT_EQ(serial.open(), PortError::None) << settings;
-        termios state{};
-        ASSERT_EQ(::tcgetattr(neighbour.get(), &state), 0);
-        EXPECT_EQ(::cfgetospeed(&state), speed);
-        EXPECT_EQ(state.c_lflag & (ICANON | ECHO | ISIG), 0U);
-        EXPECT_EQ(state.c_iflag & (IXON | IXOFF | ICRNL | INLCR | ISTRIP), 0U);
-        EXPECT_EQ(state.c_oflag & OPOST, 0U);
-        EXPECT_EQ(state.c_cflag & (CLOCAL | CREAD | CRTSCTS), tcflag_t{CLOCAL | CREAD});
-        serial.close();
+TEST(ByteLine, HasTheFrameOfTheSettingsAndNothingElse) {
+    const std::tuple<const char*, speed_t, tcflag_t> cases[] = {
+        {"1200,n,8,1", B1200, CS8},
+        {"2400,e,8,1", B2400, CS8 | PARENB},
+        {"4800,o,8,1", B4800, CS8 | PARENB | PARODD},
+        {"9600,e,7,1", B9600, CS7 | PARENB},
+        {"19200,o,7,2", B19200, CS7 | PARENB | PARODD | CSTOPB},
+        {"38400,n,8,2", B38400, CS8 | CSTOPB},
+        {"57600,n,7,1", B57600, CS7},
+        {"115200,e,8,2", B115200, CS8 | PARENB | CSTOPB},
+    };
+    termios before{};
+    before.c_iflag = before.c_oflag = before.c_lflag = before.c_cflag = ~tcflag_t{0};
+    for (const auto& [settings, speed, frame] : cases) {
+        for (const termios& state : {before, termios{}}) {
+            const termios line = byteLine(state, *parseSerialSettings(settings));
+            EXPECT_EQ(::cfgetospeed(&line), speed) << settings;
+            EXPECT_EQ(::cfgetispeed(&line), speed) << settings;
+            EXPECT_EQ(line.c_cflag & (CSIZE | PARENB | PARODD | CMSPAR | CSTOPB), frame) << settings;
+            EXPECT_EQ(line.c_cflag & (CLOCAL | CREAD | CRTSCTS), tcflag_t{CLOCAL | CREAD});
+            EXPECT_EQ(line.c_iflag & (IXON | IXOFF | IXANY | ICRNL | INLCR | ISTRIP | INPCK), 0U);
+            EXPECT_EQ(line.c_lflag & (ICANON | ECHO | ISIG), 0U);
+            EXPECT_EQ(line.c_oflag & OPOST, 0U);
+            EXPECT_EQ(line.c_cc[VMIN], 1) << "or no data would look like a hang-up";
+            EXPECT_EQ(line.c_cc[VTIME], 0);
+        }
+    }
+}
+
+TEST(PortErrors, AreToldApartByTheirCure) {
+    const std::pair<int, PortError> cases[] = {
+        {ENOENT, PortError::NotThere},    {ENODEV, PortError::NotThere},
+        {ENOTTY, PortError::NotThere},    {EBUSY, PortError::InUse},
+        {EWOULDBLOCK, PortError::InUse},  {EACCES, PortError::NotPermitted},
+        {EPERM, PortError::NotPermitted}, {EINVAL, PortError::SettingsRefused},
+        {ENOMEM, PortError::Failed}};
+    for (const auto& [code, error] : cases) {
+        EXPECT_EQ(portErrorOf(code), error) << code;
     }
 }
 
@@ -78,34 +102,51 @@ TEST_F(PosixSerialTest, EveryByteGoesBothWaysUnchanged) {
     }
     const FileDescriptor neighbour = line.openPort();
     line.send("from before\n");
-    pollfd state{neighbour.get(), POLLIN, 0};
-    ASSERT_EQ(::poll(&state, 1, 1000), 1);
-    ASSERT_EQ(serial.open(), PortError::None);
-    EXPECT_EQ(serial.receivedCount(), 0U) << "opening drops what came before";
     EXPECT_EQ(line.take(13).size(), 13U) << "its echo, from before the port was opened";
+    ASSERT_TRUE(serial.setSettings("115200,n,8,1"));
+    ASSERT_EQ(serial.open(), PortError::None);
+    EXPECT_TRUE(serial.isConnected());
+    EXPECT_EQ(serial.receivedCount(), 0U) << "opening drops what came before";
+    termios state{};
+    ASSERT_EQ(::tcgetattr(neighbour.get(), &state), 0);
+    EXPECT_EQ(::cfgetospeed(&state), speed_t{B115200});
     serial.writeOutput(all);
     serial.waitSent();
     EXPECT_EQ(serial.sendQueueCount(), 0U);
     EXPECT_EQ(line.take(all.size()), all);
     line.send(all);
-    EXPECT_TRUE(serial.waitReceived(all.size(), Clock::now() + seconds{1}));
+    EXPECT_TRUE(serial.waitReceived(all.size(), Clock::now() + seconds{10}));
     EXPECT_EQ(serial.receivedCount(), all.size());
     EXPECT_EQ(serial.readInput(), all);
     EXPECT_EQ(serial.readInput(), "");
 }
 
-TEST_F(PosixSerialTest, OnePortHasOneUser) {
+TEST_F(PosixSerialTest, OnePortHasOneUserAndTheDriverIsGivenBackAsItWas) {
+    systemCalls = {.log = {}, .driverHasLowLatency = true};
     PosixSerial other(data.path());
+    const FileDescriptor neighbour = line.openPort();
     ASSERT_EQ(serial.open(), PortError::None);
     EXPECT_EQ(serial.open(), PortError::InUse);
     EXPECT_TRUE(serial.isOpen());
     EXPECT_EQ(other.open(), PortError::InUse);
+    EXPECT_FALSE(other.isOpen());
     EXPECT_FALSE(serial.setPortNumber(2));
+    EXPECT_EQ(serial.portNumber(), 1);
+    int exclusive = 0;
+    ::ioctl(neighbour.get(), TIOCGEXCL, &exclusive);
+    EXPECT_EQ(exclusive, 1);
     serial.close();
+    ::ioctl(neighbour.get(), TIOCGEXCL, &exclusive);
+    EXPECT_EQ(exclusive, 0);
+    EXPECT_FALSE(serial.isConnected());
+    EXPECT_EQ(systemCalls.log, (std::vector<std::string>{"low latency on", "low latency off"}));
     EXPECT_EQ(other.open(), PortError::None);
-    EXPECT_TRUE(serial.setPortNumber(16));
-    EXPECT_FALSE(serial.setPortNumber(17));
-    EXPECT_FALSE(serial.setPortNumber(0));
+    for (const int number : {1, 16}) {
+        EXPECT_TRUE(serial.setPortNumber(number));
+        EXPECT_FALSE(serial.setPortNumber(number == 1 ? 0 : 17));
+        EXPECT_EQ(serial.portNumber(), number);
+    }
+    systemCalls = {};
 }
 
 TEST_F(PosixSerialTest, WhatIsNoSerialPortIsNotThere) {
@@ -118,14 +159,6 @@ TEST_F(PosixSerialTest, WhatIsNoSerialPortIsNotThere) {
         EXPECT_EQ(serial.open(), PortError::NotThere) << device;
         EXPECT_FALSE(serial.isOpen());
     }
-}
-
-TEST_F(PosixSerialTest, AForbiddenPortIsNotPermitted) {
-    if (::geteuid() == 0) {
-        GTEST_SKIP() << "the administrator may open any port";
-    }
-    ASSERT_EQ(::chmod(line.path().c_str(), 0), 0);
-    EXPECT_EQ(serial.open(), PortError::NotPermitted);
 }
 
 TEST_F(PosixSerialTest, WaitsForTheByteThatCompletesTheCountOrForTheDeadline) {
@@ -143,38 +176,52 @@ TEST_F(PosixSerialTest, WaitsForTheByteThatCompletesTheCountOrForTheDeadline) {
     expectSilence(Milliseconds{5});
     EXPECT_FALSE(serial.waitReceived(6, TimePoint::min()));
     EXPECT_EQ(serial.readInput(), "12345");
+    line.send("waiting");
+    EXPECT_TRUE(serial.waitReceived(7, Clock::now() + seconds{10}));
+    serial.close();
+    EXPECT_EQ(serial.receivedCount(), 0U);
+    serial.writeOutput("x");
+    serial.waitSent();
+    expectSilence(Milliseconds{2});
+    EXPECT_EQ(line.take(1, 50), "") << "written to a closed port";
 }
 
 TEST_F(PosixSerialTest, ADeviceThatVanishesDoesNotAnswerUntilItIsBack) {
     ASSERT_TRUE(serial.setSettings("19200,e,8,1"));
     ASSERT_EQ(serial.open(), PortError::None);
     ASSERT_TRUE(serial.setSettings("1200,e,8,1"));  // for a later open(), not for this line
+    pointCom1To("/dev/absent");
     line.send("12");
     line.hangUp();
     const ProcessorTime processor;
     expectSilence(Milliseconds{50});
     EXPECT_LT(processor.used(), Milliseconds{25}) << "the wait spins";
+    serial.readInput();
+    EXPECT_TRUE(serial.isOpen());
+    EXPECT_FALSE(serial.isConnected());
+    EXPECT_EQ(serial.inputHandle(), -1);
     EXPECT_EQ(serial.open(), PortError::InUse);
     serial.writeOutput("lost");
     serial.waitSent();
     EXPECT_EQ(serial.sendQueueCount(), 0U);
     expectSilence(Milliseconds{2});
-    serial.readInput();
 
     PseudoTerminal again;
+    const FileDescriptor neighbour = again.openPort();
     pointCom1To(again.path());
     serial.writeOutput("frame");
     EXPECT_EQ(again.take(5), "frame");
+    termios state{};
+    ASSERT_EQ(::tcgetattr(neighbour.get(), &state), 0);
+    EXPECT_EQ(::cfgetospeed(&state), speed_t{B19200});
     again.send("reply");
-    EXPECT_TRUE(serial.waitReceived(5, Clock::now() + seconds{1}));
+    EXPECT_TRUE(serial.waitReceived(5, Clock::now() + seconds{10}));
     EXPECT_EQ(serial.readInput(), "reply");
-    PosixSerial other(data.path());
-    EXPECT_EQ(other.open(), PortError::InUse);
 
     // A write may be the first to notice that the device was changed.
-    again.hangUp();
     PseudoTerminal third;
     pointCom1To(third.path());
+    again.hangUp();
     serial.writeOutput("frame");
     EXPECT_EQ(third.take(5), "frame");
 }
@@ -182,16 +229,20 @@ TEST_F(PosixSerialTest, ADeviceThatVanishesDoesNotAnswerUntilItIsBack) {
 TEST_F(PosixSerialTest, AFloodIsBoundedInSpaceAndTime) {
     ASSERT_EQ(serial.open(), PortError::None);
     std::atomic<bool> stop = false;
-    std::thread device([this, &stop] {
+    std::thread device([&] {
         const std::string chunk(4096, 'x');
         while (!stop) {
             line.send(chunk);
         }
     });
-    const TimePoint deadline = Clock::now() + Milliseconds{30};
+    const TimePoint deadline = Clock::now() + Milliseconds{20};
     EXPECT_FALSE(serial.waitReceived(10'000'000, deadline));
-    EXPECT_LT(Clock::now(), deadline + seconds{1});
-    EXPECT_LE(serial.receivedCount(), 65536U);
+    const TimePoint limit = deadline + seconds{5};
+    while (serial.receivedCount() < 65536 && Clock::now() < limit) {
+    }
+    for (int more = 0; more < 100; ++more) {
+        EXPECT_EQ(serial.receivedCount(), 65536U);
+    }
     stop = true;
     device.join();
 }
@@ -206,21 +257,8 @@ TEST_F(PosixSerialTest, APeerThatNeverReadsDoesNotHoldUpTheWriter) {
     const TimePoint begin = Clock::now();
     serial.writeOutput("frame");
     serial.close();
-    EXPECT_LT(Clock::now() - begin, seconds{1});
-    EXPECT_LT(processor.used(), Milliseconds{25}) << "the wait spins";
-}
-
-TEST_F(PosixSerialTest, AClosedPortDropsEverythingAndWaitsInVain) {
-    serial.writeOutput("x");
-    serial.waitSent();
-    serial.close();
-    expectSilence(Milliseconds{2});
-    ASSERT_EQ(serial.open(), PortError::None);
-    line.send("waiting");
-    EXPECT_TRUE(serial.waitReceived(7, Clock::now() + seconds{1}));
-    serial.close();
-    EXPECT_EQ(serial.receivedCount(), 0U);
-    EXPECT_EQ(line.take(1), "");
+    EXPECT_LT(Clock::now() - begin, seconds{5});
+    EXPECT_LT(processor.used(), Milliseconds{40}) << "the wait spins";
 }
 
 }  // namespace

@@ -61,16 +61,5 @@ TEST(ProfileText, TextsAreOneLineOfUtf8OutsideTheFile) {
     EXPECT_EQ(readProfileText(file, "Ütest", "name", 2), "äö");
 }
 
-TEST(ProfileText, HugeFilesTakeLinearTime) {
-    std::string file = "[A]\n" + std::string(5'000'000, 'x') + "=1\n";
-    while (file.size() < 50'000'000) {
-        file += "key = value\n[[[[\n;;;;\n\n";
-    }
-    const std::size_t size = file.size();
-    setProfileValue(file, "B", "k", "1");
-    EXPECT_EQ(profileValue(file, "B", "k"), "1");
-    EXPECT_EQ(file.size(), size + std::string_view("[B]\nk=1\n").size());
-}
-
 }  // namespace
 }  // namespace vek

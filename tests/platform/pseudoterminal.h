@@ -14,7 +14,8 @@
 
 namespace vek {
 
-/// A serial line in software: the port is `path`, the test holds the other end.
+/// A serial line in software: the port is `path`, the test holds the other end. The number in the path goes
+/// to whichever process asks next once the line is hung up: nothing must point to it any more by then.
 class PseudoTerminal {
   public:
     PseudoTerminal() : master_(::posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
@@ -36,12 +37,13 @@ class PseudoTerminal {
         return ::write(master_.get(), bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
     }
 
-    /// What arrives until `count` bytes are there, or for a tenth of a second no more come.
-    std::string take(std::size_t count) {
+    /// What arrives until `count` bytes are there, or no more come for so many milliseconds: a loaded machine
+    /// may take long, so that only a test that expects nothing should be impatient.
+    std::string take(std::size_t count, int patience = 10'000) {
         std::string bytes;
         std::array<char, 256> chunk;
         pollfd state{master_.get(), POLLIN, 0};
-        while (bytes.size() < count && ::poll(&state, 1, 100) == 1 && (state.revents & POLLIN) != 0) {
+        while (bytes.size() < count && ::poll(&state, 1, patience) == 1 && (state.revents & POLLIN) != 0) {
             const ssize_t result = ::read(master_.get(), chunk.data(), chunk.size());
             if (result <= 0) {
                 break;

@@ -4,7 +4,6 @@
 #include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
-#include <termios.h>
 
 #include <algorithm>
 #include <array>
@@ -32,18 +31,6 @@ tcflag_t frameFlagsOf(const SerialSettings& settings) {
     flags |= settings.parity == 'o' ? PARODD : 0;
     flags |= settings.stopBits == 2 ? CSTOPB : 0;
     return flags;
-}
-
-termios withSettings(termios line, const SerialSettings& settings) {
-    ::cfmakeraw(&line);
-    line.c_iflag &= ~static_cast<tcflag_t>(IXOFF | IXANY | INPCK);
-    line.c_cflag = (line.c_cflag & ~frameFlags) | frameFlagsOf(settings) | CLOCAL | CREAD;
-    line.c_cc[VMIN] = 1;
-    line.c_cc[VTIME] = 0;
-    const speed_t speed = speedOf(settings.baudRate);
-    ::cfsetispeed(&line, speed);
-    ::cfsetospeed(&line, speed);
-    return line;
 }
 
 /// A pseudo-terminal has no line: the kernel drops parity and data bits there whatever is asked for.
@@ -101,12 +88,24 @@ PortError portErrorOf(int code) {
     }
 }
 
+termios byteLine(termios line, const SerialSettings& settings) {
+    ::cfmakeraw(&line);
+    line.c_iflag &= ~static_cast<tcflag_t>(IXOFF | IXANY | INPCK);
+    line.c_cflag = (line.c_cflag & ~frameFlags) | frameFlagsOf(settings) | CLOCAL | CREAD;
+    line.c_cc[VMIN] = 1;
+    line.c_cc[VTIME] = 0;
+    const speed_t speed = speedOf(settings.baudRate);
+    ::cfsetispeed(&line, speed);
+    ::cfsetospeed(&line, speed);
+    return line;
+}
+
 PortError applySettings(int terminal, const SerialSettings& settings) {
     termios line{};
     if (::tcgetattr(terminal, &line) != 0) {
         return portErrorOf(errno);
     }
-    const termios wanted = withSettings(line, settings);
+    const termios wanted = byteLine(line, settings);
     const bool pseudo = isPseudoTerminal(terminal);
     // A pseudo-terminal refuses parity with EINVAL when nothing else changes, although it takes all the rest.
     if (::tcsetattr(terminal, TCSANOW, &wanted) != 0 && !(pseudo && errno == EINVAL)) {
