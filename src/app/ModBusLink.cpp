@@ -6,7 +6,7 @@
 #include "app/portstatus.h"
 #include "modbus/ModBusLink1.h"
 #include "platform/serialsettings.h"
-#include "program/IOatINI.h"
+#include "program/settings.h"
 
 namespace vek {
 
@@ -160,9 +160,9 @@ std::string ModBusLink::chosenFrameFormat() const {
 }
 
 void ModBusLink::storeSettings() {
-    SetProfileValue(program_, {{"RS485", "COM", signedText(program_.ComPort)},
-                               {"RS485", "BAUD", signedText(program_.BaudRate)},
-                               {"RS485", "FRAME", program_.FrameFormat}});
+    SetProfileValue(
+        program_, {comSetting.with(signedText(program_.ComPort)),
+                   baudSetting.with(signedText(program_.BaudRate)), frameSetting.with(program_.FrameFormat)});
 }
 
 Box ModBusLink::layout() {

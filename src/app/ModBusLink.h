@@ -7,7 +7,8 @@
 
 namespace vek {
 
-/// The interface dialog: serial port, protocol with its baud rate, and frame format.
+/// The interface dialog: serial port, protocol with its baud rate, and frame format, for both protocols. No
+/// link: the one to Modbus devices is ModBusLink1.
 class ModBusLink : public ChildForm {
   public:
     static constexpr int portCount = 16;

@@ -14,7 +14,7 @@ frmAbout::frmAbout(Program& program) : ChildForm(program, "frmAbout") {
 void frmAbout::load() {
     ChildForm::load();
     caption = std::string("Info zu ") + programTitle;
-    lblVersion.caption = "Version " + versionText();
+    lblVersion.caption = std::string("Version ") + versionText;
     lblTitle.caption = programTitle;
     lblDescription.caption = "MODBUS-RTU / KDL Testtool für die vekXX731 Geräteserie";
     lblDisclaimer.caption =

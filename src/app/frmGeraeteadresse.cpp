@@ -28,11 +28,6 @@ bool isBusAddress(double value) {
     return value == 0 || (value >= lowestAddress && value <= highestAddress);
 }
 
-/// The number stands behind two blanks: one of the text, one in place of a sign.
-std::string modbusAddressText(const Program& program) {
-    return "ModBus-Geräteadresse =  " + std::to_string(program.DeviceAddress);
-}
-
 }  // namespace
 
 frmGeräteadresse::frmGeräteadresse(Program& program) : ChildForm(program, "frmGeräteadresse") {
@@ -64,16 +59,15 @@ void frmGeräteadresse::search() {
 void frmGeräteadresse::searchModbus() {
     SetDeviceAddress(program_, cmbGeraeteAdresse.text.get());
     const Bytes reply = ReadDeviceText(program_, 9800);
-    program_.shell.addressPanel = modbusAddressText(program_);
+    // The number stands behind two blanks: one of the text, one in place of a sign.
+    program_.shell.addressPanel = "ModBus-Geräteadresse =  " + std::to_string(program_.DeviceAddress);
     program_.shell.caption = searchCaption("ModBus RTU - Monitor    ", "");
     if (reply == crcTimeout || reply.find(exceptionPrefix) != Bytes::npos) {
         showNote(program_, notFoundText("ModBus"));
         program_.DeviceAddress = 0;
-        return;
+    } else {
+        deviceFound("Modbus RTU - Monitor   ", utf8FromWindows1252(reply));
     }
-    deviceFound(utf8FromWindows1252(reply));
-    program_.shell.addressPanel = modbusAddressText(program_);
-    program_.shell.caption = searchCaption("Modbus RTU - Monitor   ", withoutControls(program_.DeviceName));
 }
 
 void frmGeräteadresse::searchKdl() {
@@ -84,16 +78,16 @@ void frmGeräteadresse::searchKdl() {
     if (reply.find(kdlTimeOutError) != Bytes::npos) {
         showNote(program_, notFoundText("KDL-Bus"));
         program_.KdlAddressPrefix = blankKdlPrefix;
-        return;
+    } else {
+        deviceFound("KDL - Monitor   ", utf8FromWindows1252(reply));
     }
-    deviceFound(utf8FromWindows1252(reply));
-    program_.shell.caption = searchCaption("KDL - Monitor   ", withoutControls(program_.DeviceName));
 }
 
-void frmGeräteadresse::deviceFound(const std::string& deviceName) {
+void frmGeräteadresse::deviceFound(const std::string& title, const std::string& deviceName) {
     program_.DeviceName = deviceName;
     SetDeviceTypeFromName(program_, deviceName);
     showNote(program_, "Das Gerät " + withoutControls(deviceName) + " wurde gefunden!");
+    program_.shell.caption = searchCaption(title, withoutControls(deviceName));
 }
 
 /// Names the address as it stands marked in the edit field; nothing is marked after typing, then it is the

@@ -23,7 +23,7 @@ class frmGeräteadresse : public ChildForm {
     void search();
     void searchModbus();
     void searchKdl();
-    void deviceFound(const std::string& deviceName);
+    void deviceFound(const std::string& title, const std::string& deviceName);
     std::string notFoundText(const std::string& bus) const;
 };
 

@@ -3,8 +3,6 @@
 #include <array>
 #include <limits>
 #include <memory>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 #include "app/ModBusLink.h"
@@ -19,7 +17,7 @@
 #include "monitor/frmParaReg.h"
 #include "parameters/frmMbParameter.h"
 #include "platform/leadingnumber.h"
-#include "program/IOatINI.h"
+#include "program/settings.h"
 #include "program/version.h"
 
 namespace vek {
@@ -33,24 +31,43 @@ constexpr int standardHeight = 10800;
 /// Twips between a window's height and that of the text box in it.
 constexpr int terminalBorder = 400;
 
+/// The tool bar from left to right; a separator has no item.
+struct Tool {
+    const char* key;
+    const char* caption;
+    MenuItem frmModBus::*item;
+};
+
+constexpr Tool separator = {"", "", nullptr};
+constexpr std::array<Tool, 12> tools = {{
+    {"DEV_MONITOR", "Geräte - Monitor", &frmModBus::mnuMonitor},
+    {"DEV_PARA", "Geräte - Parameter", &frmModBus::mnuParameter},
+    separator,
+    {"DEBUG_VALUE", "Debug - Messwerte", &frmModBus::mnuMessReg},
+    {"DEBUG_PARA", "Debug - Parameter", &frmModBus::mnuParaReg},
+    separator,
+    {"INTERFACE", "Schnittstelle", &frmModBus::mnuSchnittstelle},
+    {"DEV_ADR", "Geräte - Adresse", &frmModBus::mnuGeräteadresse},
+    {"TERMINAL", "Terminalfenster", &frmModBus::mnuTerminal},
+    separator,
+    {"INFO", "Info", &frmModBus::mnuInfo},
+    {"MODBUS_EXIT", "Beenden", &frmModBus::mnuBeenden},
+}};
+constexpr std::size_t terminalTool = 8;
+
 /// What a new settings file holds, in the order of its lines.
 std::vector<ProfileEntry> settingDefaults() {
-    return {
-        {"RS485", "COM", "0"},
-        {"RS485", "BAUD", "0"},
-        {"RS485", "FRAME", ""},
-        {"BATTERIE_PARA", "U_MODUL", "10,73"},
-        {"BATTERIE_PARA", "ON_ROFF", "0"},
-        {"BATTERIE_PARA", "ROFF_VAL", "20000"},
-        {"BATTERIE_PARA", "ANZ_MODULE", "36"},
-        {"BATTERIE_PARA", "MODUL_BER", "5000"},
-    };
+    return {comSetting.with("0"),          baudSetting.with("0"),
+            frameSetting.with(""),         moduleVoltageSetting.with("10,73"),
+            offsetOnSetting.with("0"),     offsetSetting.with("20000"),
+            moduleCountSetting.with("36"), moduleRangeSetting.with("5000")};
 }
 
 template <class Number>
-Number settingNumber(const std::string& text) {
+Number settingNumber(Program& program, const Setting& setting) {
     using Limits = std::numeric_limits<Number>;
-    return static_cast<Number>(wholeNumber(leadingNumber(text), Limits::min(), Limits::max()));
+    const double number = leadingNumber(settingText(program, setting));
+    return static_cast<Number>(wholeNumber(number, Limits::min(), Limits::max()));
 }
 
 }  // namespace
@@ -75,41 +92,33 @@ void frmModBus::buildMenu() {
 }
 
 void frmModBus::buildToolBar() {
-    Toolbar1.buttons = {&tbMonitor_,  &tbParameter_,  &tbSeparator1_, &tbMessReg_,
-                        &tbParaReg_,  &tbSeparator2_, &tbInterface_,  &tbAddress_,
-                        &tbTerminal_, &tbSeparator3_, &tbInfo_,       &tbExit_};
-    tbTerminal_.pressed = true;
+    for (const Tool& tool : tools) {
+        using enum ToolButton::Kind;
+        const bool checks = tool.item == &frmModBus::mnuTerminal;
+        const auto look = tool.item == nullptr ? Separator : checks ? Check : Push;
+        Toolbar1.buttons.push_back(&toolButtons_.emplace_back(tool.key, tool.caption, look));
+    }
+    toolButtons_[terminalTool].pressed = true;
+    Toolbar1.buttonClick = [this](const std::string& key) {
+        for (const Tool& tool : tools) {
+            if (tool.item != nullptr && tool.key == key) {
+                (this->*tool.item).click();
+            }
+        }
+    };
 }
 
 void frmModBus::connectCommands() {
     mnuMonitor.click = [this] { openMonitor(); };
-    mnuParameter.click = [this] { openParameter(); };
-    mnuMessReg.click = [this] { openMeasurementRegisters(); };
-    mnuParaReg.click = [this] { openParameterRegisters(); };
+    // The editor begins with a reading, for which a poll that is still coming to its end leaves no room.
+    mnuParameter.click = [this] { openChild<frmMbParameter>(!program_.lineInUse && deviceChosen()); };
+    mnuMessReg.click = [this] { openChild<frmMessReg>(modbusDeviceChosen()); };
+    mnuParaReg.click = [this] { openChild<frmParaReg>(modbusDeviceChosen()); };
     mnuBeenden.click = [this] { endProgram(); };
     mnuSchnittstelle.click = [this] { openChild<ModBusLink>(); };
     mnuGeräteadresse.click = [this] { openChild<frmGeräteadresse>(); };
     mnuTerminal.click = [this] { toggleTerminal(); };
     mnuInfo.click = [this] { openChild<frmAbout>(); };
-
-    const std::array<std::pair<std::string_view, const MenuItem*>, 9> keys = {{
-        {"DEV_MONITOR", &mnuMonitor},
-        {"DEV_PARA", &mnuParameter},
-        {"DEBUG_VALUE", &mnuMessReg},
-        {"DEBUG_PARA", &mnuParaReg},
-        {"INTERFACE", &mnuSchnittstelle},
-        {"DEV_ADR", &mnuGeräteadresse},
-        {"TERMINAL", &mnuTerminal},
-        {"INFO", &mnuInfo},
-        {"MODBUS_EXIT", &mnuBeenden},
-    }};
-    Toolbar1.buttonClick = [keys](const std::string& key) {
-        for (const auto& [toolKey, item] : keys) {
-            if (toolKey == key) {
-                item->click();
-            }
-        }
-    };
 
     Timer2.tick = [this] { dockTerminal(); };
 }
@@ -138,18 +147,18 @@ void frmModBus::load() {
     program_.shell.portPanel = portStatusText(program_);
     Timer2.interval = dockingInterval;
     Timer2.enabled = true;
-    program_.shell.caption = "ModBus RTU / KDL - Monitor   V" + versionText();
+    program_.shell.caption = "ModBus RTU / KDL - Monitor   V" + std::string(versionText);
     dockTerminal();
 }
 
 void frmModBus::readSettings() {
     program_.ProfilePath = settingsFilePath(program_);
-    if (GetProfileValue(program_, "COM", "RS485").empty()) {
+    if (settingText(program_, comSetting).empty()) {
         SetProfileValue(program_, settingDefaults());
     }
-    program_.ComPort = settingNumber<std::int16_t>(GetProfileValue(program_, "COM", "RS485"));
-    program_.BaudRate = settingNumber<std::int32_t>(GetProfileValue(program_, "BAUD", "RS485"));
-    program_.FrameFormat = GetProfileValue(program_, "FRAME", "RS485");
+    program_.ComPort = settingNumber<std::int16_t>(program_, comSetting);
+    program_.BaudRate = settingNumber<std::int32_t>(program_, baudSetting);
+    program_.FrameFormat = settingText(program_, frameSetting);
 }
 
 void frmModBus::unload() {
@@ -185,40 +194,17 @@ bool frmModBus::modbusDeviceChosen() {
 }
 
 void frmModBus::openMonitor() {
-    if (!deviceChosen()) {
-        return;
-    }
-    if (program_.DeviceType == batteryDeviceType && !program_.kdlActive()) {
-        openChild<frmBatMonitor>();
-    } else {
-        openChild<frmMbMonitor>();
-    }
-}
-
-void frmModBus::openParameter() {
-    // The editor begins with a reading, for which a poll that is still coming to its end leaves no room.
-    if (!program_.lineInUse && deviceChosen()) {
-        openChild<frmMbParameter>();
-    }
-}
-
-void frmModBus::openMeasurementRegisters() {
-    if (modbusDeviceChosen()) {
-        openChild<frmMessReg>();
-    }
-}
-
-void frmModBus::openParameterRegisters() {
-    if (modbusDeviceChosen()) {
-        openChild<frmParaReg>();
-    }
+    const bool chosen = deviceChosen();
+    const bool battery = program_.DeviceType == batteryDeviceType && !program_.kdlActive();
+    openChild<frmBatMonitor>(chosen && battery);
+    openChild<frmMbMonitor>(chosen && !battery);
 }
 
 void frmModBus::toggleTerminal() {
     const bool shown = !mnuTerminal.checked;
     mnuTerminal.checked = shown;
     terminal_->visible = shown;
-    tbTerminal_.pressed = shown;
+    toolButtons_[terminalTool].pressed = shown;
 }
 
 void frmModBus::dockTerminal() {

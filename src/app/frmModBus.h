@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
@@ -10,7 +11,8 @@
 
 namespace vek {
 
-/// The main window: the frame of all other windows, with the commands that open them.
+/// The main window: the frame of all other windows, with the commands that open them. It is that of both
+/// protocols, and talks to no device itself.
 class frmModBus : public Form {
   public:
     explicit frmModBus(Program& program);
@@ -55,15 +57,12 @@ class frmModBus : public Form {
 
     /// Only one window is open inside at a time.
     template <class FormClass>
-    void openChild() {
-        if (program_.shell.commandsAvailable) {
+    void openChild(bool allowed = true) {
+        if (allowed && program_.shell.commandsAvailable) {
             program_.windows.open(std::make_unique<FormClass>(program_));
         }
     }
     void openMonitor();
-    void openParameter();
-    void openMeasurementRegisters();
-    void openParameterRegisters();
     void toggleTerminal();
     void endProgram();
     bool deviceChosen();
@@ -76,19 +75,7 @@ class frmModBus : public Form {
     int lastLeft_ = 0;
     int lastTop_ = 0;
 
-    ToolButton tbMonitor_{"DEV_MONITOR", "Geräte - Monitor"};
-    ToolButton tbParameter_{"DEV_PARA", "Geräte - Parameter"};
-    ToolButton tbSeparator1_{"", "", ToolButton::Kind::Separator};
-    ToolButton tbMessReg_{"DEBUG_VALUE", "Debug - Messwerte"};
-    ToolButton tbParaReg_{"DEBUG_PARA", "Debug - Parameter"};
-    ToolButton tbSeparator2_{"", "", ToolButton::Kind::Separator};
-    ToolButton tbInterface_{"INTERFACE", "Schnittstelle"};
-    ToolButton tbAddress_{"DEV_ADR", "Geräte - Adresse"};
-    ToolButton tbTerminal_{"TERMINAL", "Terminalfenster", ToolButton::Kind::Check};
-    ToolButton tbSeparator3_{"", "", ToolButton::Kind::Separator};
-    ToolButton tbInfo_{"INFO", "Info"};
-    ToolButton tbExit_{"MODBUS_EXIT", "Beenden"};
-
+    std::deque<ToolButton> toolButtons_;
     std::vector<Subscription> bindings_;
 };
 

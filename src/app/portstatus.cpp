@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "platform/textcodec.h"
+#include "platform/trimmed.h"
 #include "program/version.h"
 
 namespace vek {
@@ -19,11 +20,6 @@ std::string portPrefix(std::string_view frameFormat) {
     return isModbus ? "ModBus RTU-Port = COM" : "Port = COM";
 }
 
-std::string trimmed(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 }  // namespace
 
 std::string portStatusText(const Program& program) {
@@ -32,7 +28,7 @@ std::string portStatusText(const Program& program) {
 }
 
 std::string searchCaption(const std::string& title, const std::string& deviceName) {
-    return title + "V" + versionText() + std::string(12, ' ') + deviceName;
+    return title + "V" + versionText + std::string(12, ' ') + deviceName;
 }
 
 }  // namespace vek

@@ -4,7 +4,8 @@
 
 #include "kdl/KDLBusLink.h"
 
-/// Who the device on the KDL bus is.
+/// Who the device on the KDL bus is; not the protocol itself, which KDLBusLink speaks, and no messages to the
+/// user.
 namespace vek {
 
 /// Name and variant of the device at KdlAddressPrefix; contains "#TIMEOUT_ERROR#" when it did not answer.

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/trimmed.h"
+
 namespace vek {
 
 namespace {
@@ -10,12 +12,6 @@ constexpr std::array<std::string_view, 16> keys = {"Re/kO", "FndHz", "Ze/kO", "R
                                                    "Ce/uF", "off",   "nc",    "no",    "Adr=", "dig",
                                                    "Tvz/s", "T/h",   "STDBY", "on"};
 constexpr std::size_t shortestValueReply = 4;
-
-std::string_view withoutOuterBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 }  // namespace
 
@@ -28,7 +24,7 @@ std::string KdlParameterValueText(std::string_view reply) {
         if (key == kdlOffText && reply.size() < shortestValueReply) {
             return std::string(reply.substr(found));
         }
-        return std::string(withoutOuterBlanks(reply.substr(found + key.size())));
+        return std::string(trimmed(reply.substr(found + key.size())));
     }
     return {};
 }

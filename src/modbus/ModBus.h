@@ -7,9 +7,9 @@
 
 #include "modbus/ModBusLink1.h"
 
-/// Modbus transactions with the device at DeviceAddress that tell the user what went wrong. The port must be
-/// open, except for ReadDeviceText. All of them may end the program (ProgramEnd): the user is asked after a
-/// time-out.
+/// Modbus transactions with the device at DeviceAddress that tell the user what went wrong; no frames and no
+/// port, which ModBusLink1 knows, and no window, in spite of frmModBus. The port must be open, except for
+/// ReadDeviceText. All of them may end the program (ProgramEnd): the user is asked after a time-out.
 namespace vek {
 
 /// Reads `count` registers. The data bytes of the reply (registers high byte first); for a reply with less

@@ -4,13 +4,11 @@
 
 #include "devicemodel/devicetypes.h"
 #include "platform/leadingnumber.h"
-#include "program/IOatINI.h"
+#include "program/settings.h"
 
 namespace vek {
 
 namespace {
-
-constexpr const char* batterySection = "BATTERIE_PARA";
 
 constexpr int resistanceSlot = 0;
 constexpr int stringVoltageSlot = 2;
@@ -63,20 +61,18 @@ void frmBatMonitor::unload() {
 }
 
 void frmBatMonitor::readBatteryData() {
-    const auto read = [this](const char* key) { return GetProfileValue(program_, key, batterySection); };
-    txtAnzBatModul.text = read("ANZ_MODULE");
-    txtBatVoltage.text = read("U_MODUL");
-    txtModBer.text = read("MODUL_BER");
-    txtRoffVal.text = read("ROFF_VAL");
-    chkRoffset.value = leadingNumber(read("ON_ROFF")) != 0;
+    txtAnzBatModul.text = settingText(program_, moduleCountSetting);
+    txtBatVoltage.text = settingText(program_, moduleVoltageSetting);
+    txtModBer.text = settingText(program_, moduleRangeSetting);
+    txtRoffVal.text = settingText(program_, offsetSetting);
+    chkRoffset.value = leadingNumber(settingText(program_, offsetOnSetting)) != 0;
 }
 
 void frmBatMonitor::writeBatteryData() {
-    SetProfileValue(program_, {{batterySection, "ANZ_MODULE", txtAnzBatModul.text},
-                               {batterySection, "U_MODUL", txtBatVoltage.text},
-                               {batterySection, "MODUL_BER", txtModBer.text},
-                               {batterySection, "ROFF_VAL", txtRoffVal.text},
-                               {batterySection, "ON_ROFF", chkRoffset.value ? "1" : "0"}});
+    SetProfileValue(
+        program_, {moduleCountSetting.with(txtAnzBatModul.text),
+                   moduleVoltageSetting.with(txtBatVoltage.text), moduleRangeSetting.with(txtModBer.text),
+                   offsetSetting.with(txtRoffVal.text), offsetOnSetting.with(chkRoffset.value ? "1" : "0")});
 }
 
 void frmBatMonitor::showSlotNames() {

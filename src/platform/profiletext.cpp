@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "platform/textcodec.h"
+#include "platform/trimmed.h"
 
 namespace vek {
 
@@ -37,12 +38,6 @@ bool sameName(std::string_view left, std::string_view right) {
     return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin(), sameLetter);
 }
 
-std::string_view trimmed(std::string_view text) {
-    const std::size_t begin = text.find_first_not_of(blanks);
-    return begin == std::string_view::npos ? std::string_view{}
-                                           : text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
-}
-
 std::string_view unquoted(std::string_view text) {
     const bool quoted =
         text.size() >= 2 && (text.front() == '"' || text.front() == '\'') && text.front() == text.back();
@@ -61,7 +56,9 @@ std::size_t textBegin(std::string_view file) {
 }
 
 struct Line {
-    std::size_t begin, end, next;  ///< end: without the line break; next: begin of the line behind
+    std::size_t begin, end,
+        next;  ///< end: without the line break; next: begin of the
+               ///< line behind
 };
 
 Line lineAt(std::string_view file, std::size_t begin) {
@@ -73,19 +70,20 @@ Line lineAt(std::string_view file, std::size_t begin) {
     return {begin, end, std::min(feed + 1, file.size())};
 }
 
-/// Name in a `[section]` line; anything behind the bracket does not count.
+/// Name in a `[section]` line; anything behind the bracket does not
+/// count.
 std::optional<std::string_view> sectionName(std::string_view line) {
     const std::size_t bracket = line.find(']');
     if (line.front() != '[' || bracket == std::string_view::npos) {
         return std::nullopt;
     }
-    return trimmed(line.substr(1, bracket - 1));
+    return trimmed(line.substr(1, bracket - 1), blanks);
 }
 
 bool holdsKey(std::string_view line, std::string_view key) {
     const std::size_t equals = line.find('=');
     return equals != std::string_view::npos && line.front() != ';' &&
-           sameName(trimmed(line.substr(0, equals)), key);
+           sameName(trimmed(line.substr(0, equals), blanks), key);
 }
 
 struct Range {
@@ -96,17 +94,18 @@ struct Range {
 struct Place {
     bool hasSection = false;
     std::size_t newLine = 0;     ///< begin of a new line for the key
-    std::optional<Range> value;  ///< all behind the equals sign, when the key is there
+    std::optional<Range> value;  ///< all behind the equals sign,
+                                 ///< when the key is there
 };
 
 Place locate(std::string_view file, std::string_view section, std::string_view key) {
-    section = trimmed(section);
-    key = trimmed(key);
+    section = trimmed(section, blanks);
+    key = trimmed(key, blanks);
     Place place;
     Line line{};
     for (std::size_t begin = textBegin(file); begin < file.size(); begin = line.next) {
         line = lineAt(file, begin);
-        const std::string_view content = trimmed(file.substr(line.begin, line.end - line.begin));
+        const std::string_view content = trimmed(file.substr(line.begin, line.end - line.begin), blanks);
         if (content.empty()) {
             continue;
         }
@@ -142,7 +141,7 @@ std::string_view profileValue(std::string_view file, std::string_view section, s
     if (!place.value) {
         return {};
     }
-    return unquoted(trimmed(file.substr(place.value->begin, place.value->end - place.value->begin)));
+    return unquoted(trimmed(file.substr(place.value->begin, place.value->end - place.value->begin), blanks));
 }
 
 void setProfileValue(std::string& file, std::string_view section, std::string_view key,

@@ -6,17 +6,14 @@
 
 namespace vek {
 
-std::string baudText(std::int32_t baudRate) {
-    const bool known = std::find(baudRates.begin(), baudRates.end(), baudRate) != baudRates.end();
-    return std::to_string(known ? baudRate : defaultBaudRate);
-}
-
 bool selectConfiguredPort(Program& program) {
     const bool numbered = program.ComPort >= 1 && program.ComPort <= 16;
     if (numbered && !program.RS485.setPortNumber(program.ComPort)) {
         return false;
     }
-    return program.RS485.setSettings(baudText(program.BaudRate) + program.FrameFormat);
+    const bool known = std::find(baudRates.begin(), baudRates.end(), program.BaudRate) != baudRates.end();
+    const std::int32_t baudRate = known ? program.BaudRate : defaultBaudRate;
+    return program.RS485.setSettings(std::to_string(baudRate) + program.FrameFormat);
 }
 
 void showPortMissing(Program& program) {
