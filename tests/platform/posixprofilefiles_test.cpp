@@ -158,8 +158,10 @@ TEST_F(PosixProfileFilesTest, AProgramKilledWhileItWritesLeavesTheOldFileOrTheNe
     for (int count = 0; goesOn(count); ++count) {
         ASSERT_LT(count, 5000) << "the moments miss the writing";
         const pid_t child = ::fork();
-        for (std::size_t turn = 1; child == 0; ++turn) {
-            files.write(path, {{"S", "k", values.at(turn % 2)}});
+        if (child == 0) {
+            for (std::size_t turn = 1;; ++turn) {
+                files.write(path, {{"S", "k", values.at(turn % 2)}});
+            }
         }
         std::this_thread::sleep_for(std::chrono::microseconds(300 + random() % 1000));
         ::kill(child, SIGKILL);
