@@ -5,6 +5,9 @@
 
 namespace vek {
 
+/// The device types have the numbers 1 to this one.
+inline constexpr std::uint8_t highestDeviceType = 10;
+
 /// The type that watches a battery string and has a monitor window of its own.
 inline constexpr std::uint8_t batteryDeviceType = 9;
 

@@ -9,7 +9,7 @@ namespace vek {
 
 bool isDeviceAddress(double value) {
     const auto& address = std::get<NumberParameter>(parameterRow(ParameterField::Adresse).kind);
-    const NumberRange& range = address.ranges.front();
+    const NumberRange& range = address.range;
     return value == 0 || (value >= range.lowest && value <= range.highest);
 }
 

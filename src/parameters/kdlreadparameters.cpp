@@ -1,13 +1,12 @@
 #include "parameters/kdlreadparameters.h"
 
-#include <algorithm>
 #include <string>
 
 #include "kdl/KDLBusLink.h"
-#include "kdl/kdlparametervalue.h"
 #include "parameters/ParamValueText.h"
+#include "parameters/kdlparametervalue.h"
+#include "parameters/parametercodes.h"
 #include "parameters/parameterpass.h"
-#include "parameters/parametertable.h"
 #include "parameters/unreadparameters.h"
 #include "platform/textcodec.h"
 
@@ -18,75 +17,62 @@ namespace {
 using C = ParameterControls;
 
 std::string readRequest(const ParameterRow& row, std::uint8_t deviceType) {
-    return row.kdl.query != nullptr
-               ? row.kdl.query
-               : ":TRSH? " + std::to_string(rowOfType(row.kdl.numbers, deviceType)->number);
+    return row.kdl.query != nullptr ? row.kdl.query
+                                    : ":TRSH? " + std::to_string(row.kdl.numbers.of(deviceType).value());
 }
 
-/// Shows the value text of one parameter.
-struct ShowValue {
-    Program& program;
-    C& controls;
-    const ParameterRow& row;
-    const std::string& text;
+void reportInvalid(Program& program, C& controls, const ParameterRow& row) {
+    noteAnswer(controls, row, false);
+    showError(program, row.kdl.invalidValue != nullptr ? row.kdl.invalidValue : row.invalidValue);
+}
 
-    void reportInvalid(const char* message) const {
-        noteAnswer(controls, row, false);
-        showError(program, row.kdl.invalidValue != nullptr ? row.kdl.invalidValue : message);
+/// The code that a value text stands for. A threshold tells by its own value whether it is on.
+double codeInText(const ParameterRow& row, const std::string& text) {
+    switch (row.kdl.flag) {
+        case KdlFlag::NotOff:
+            return text != kdlOffText ? 1 : 0;
+        case KdlFlag::NotZero:
+            return ParamValueText(text) != 0 ? 1 : 0;
+        case KdlFlag::ZeroOrOne:
+            break;
     }
-
-    void operator()(const NumberParameter& number) const { (controls.*number.box).text = text; }
-
-    void operator()(const FlagParameter& flag) const {
-        const double value = ParamValueText(text);
-        CheckBox& box = controls.*flag.box;
-        if (row.kdl.flag == KdlFlag::NotOff) {
-            controls.check(box, text != kdlOffText);
-        } else if (row.kdl.flag == KdlFlag::NotZero || value == 0 || value == 1) {
-            controls.check(box, value != 0);
-        } else {
-            reportInvalid(flag.invalidValue);
-        }
-    }
-
-    void operator()(const ChoiceParameter& choice) const {
-        const double value = ParamValueText(text);
-        const auto found =
-            std::find_if(choice.options.begin(), choice.options.end(),
-                         [&](const auto& option) { return option.kdlCode.value_or(option.code) == value; });
-        if (found != choice.options.end()) {
-            (controls.*found->button).value = true;
-        } else {
-            reportInvalid(choice.invalidValue);
-        }
-    }
-
-    /// The bus has no alarm assignment.
-    void operator()(const AlarmMaskParameter& /*mask*/) const {}
-};
+    return ParamValueText(text);
+}
 
 /// One number tells whether the impedance measurement is on and at which mains frequency.
-void showImpedanceMeasurement(const ShowValue& value) {
-    C& controls = value.controls;
-    const auto& frequency =
-        std::get<ChoiceParameter>(parameterRow(ParameterField::Netzfrequenz).kind).options;
-    const auto found = std::find_if(frequency.begin(), frequency.end(), [&](const auto& option) {
-        return std::to_string(option.code) == value.text;
-    });
-    if (found != frequency.end()) {
-        controls.check(controls.chkZe, true);
-        (controls.*found->button).value = true;
-    } else if (value.text == kdlOffText) {
+bool showImpedanceMeasurement(C& controls, const std::string& text) {
+    const bool off = text == kdlOffText;
+    const auto& frequency = std::get<ChoiceParameter>(parameterRow(ParameterField::Netzfrequenz).kind);
+    for (const ChoiceParameter::Option& option : frequency.options) {
+        if (std::to_string(option.code) == text) {
+            controls.check(controls.chkZe, true);
+            (controls.*option.button).value = true;
+            return true;
+        }
+    }
+    if (off) {
         controls.check(controls.chkZe, false);
-    } else {
-        value.reportInvalid(std::get<FlagParameter>(value.row.kind).invalidValue);
+    }
+    return off;
+}
+
+void showValue(Program& program, C& controls, const ParameterRow& row, const std::string& text) {
+    if (TextBox* box = numberBox(controls, row)) {
+        box->text = text;
+        return;
+    }
+    const bool shown = row.field == ParameterField::ZeAktiv
+                           ? showImpedanceMeasurement(controls, text)
+                           : showCode(controls, row, codeInText(row, text), Bus::Kdl);
+    if (!shown) {
+        reportInvalid(program, controls, row);
     }
 }
 
 /// What only counts beside the impedance measurement is not asked for while that is off.
 void showOff(C& controls, const ParameterRow& row) {
-    if (const auto* number = std::get_if<NumberParameter>(&row.kind)) {
-        (controls.*number->box).text = kdlOffText;
+    if (TextBox* box = numberBox(controls, row)) {
+        box->text = kdlOffText;
     }
 }
 
@@ -98,19 +84,14 @@ void readParameter(Program& program, C& controls, const ParameterRow& row) {
     const std::string text = utf8FromWindows1252(
         KdlParameterValueText(KdlTransact(program, readRequest(row, program.DeviceType))));
     noteAnswer(controls, row, !text.empty());
-    const ShowValue value{program, controls, row, text};
-    if (row.field == ParameterField::ZeAktiv) {
-        showImpedanceMeasurement(value);
-    } else {
-        std::visit(value, row.kind);
-    }
+    showValue(program, controls, row, text);
 }
 
 }  // namespace
 
 void KdlReadParameters(Program& program, ParameterControls& controls, const std::function<bool()>& isOpen) {
     KdlOpenPort(program);
-    readRows(program, controls, kdlRowsInOrder(kdlReadOrder(), program.DeviceType), isOpen,
+    readRows(program, controls, rowsInOrder(ParameterOrder::KdlRead, program.DeviceType), isOpen,
              [&](const ParameterRow& row) { readParameter(program, controls, row); });
     KdlClosePort(program);
 }

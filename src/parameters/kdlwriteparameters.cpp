@@ -1,17 +1,16 @@
 #include "parameters/kdlwriteparameters.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <string_view>
 
 #include "kdl/KDLBusLink.h"
-#include "kdl/kdlparametervalue.h"
 #include "modbus/ModBus.h"
 #include "parameters/ParamValueText.h"
 #include "parameters/bussettings.h"
+#include "parameters/kdlparametervalue.h"
+#include "parameters/parametercodes.h"
 #include "parameters/parameterpass.h"
-#include "parameters/parametertable.h"
 #include "platform/leadingnumber.h"
 
 namespace vek {
@@ -37,7 +36,7 @@ struct Writing {
 
     /// No value follows a number whose selection is not acknowledged: it would go to the one selected before.
     Answer send(std::string_view value) const {
-        const int number = rowOfType(row.kdl.numbers, program.DeviceType)->number;
+        const int number = row.kdl.numbers.of(program.DeviceType).value();
         if (transact(":CAN " + std::to_string(number)) != Answer::Acknowledged) {
             return Answer::Refused;
         }
@@ -53,6 +52,10 @@ struct Writing {
     }
 
     void sendReported(std::string_view value) const { report(send(value)); }
+
+    void sendReported(std::uint16_t code) const {
+        report(row.kdl.query != nullptr ? transact(row.kdl.orders.at(code)) : send(std::to_string(code)));
+    }
 };
 
 /// Whether the text can stand in a request, whose end is marked by "&", and says something.
@@ -84,62 +87,42 @@ bool switchesOff(const C& controls, const ParameterRow& row, std::string_view te
            (row.kdl.zeroIsOff ? ParamValueText(text) == 0 : switchesResistanceOff(controls, row, text));
 }
 
-/// Writes a parameter from its controls.
-struct WriteKind : Writing {
-    /// The box decides; the check box follows.
-    void showState(TextBox& box, bool on) const {
-        if (row.kdl.onOff == nullptr) {
-            return;
-        }
-        CheckBox& onOff = controls.*row.kdl.onOff;
-        onOff.value = on && onOff.visible;
-        if (!on) {
-            box.text = kdlOffText;
-        }
+/// The box decides; the check box follows.
+void showState(const Writing& writing, TextBox& box, bool on) {
+    if (writing.row.kdl.onOff == nullptr) {
+        return;
     }
-
-    void operator()(const NumberParameter& number) const {
-        TextBox& box = controls.*number.box;
-        const std::string text = box.text;
-        if (switchesOff(controls, row, text)) {
-            showState(box, false);
-            sendReported("0");
-        } else if (!isSendable(text) ||
-                   (row.kdl.hasRange && !isInRange(text, rangeOf(number, program.DeviceType)))) {
-            showError(program, row.kdl.outOfRange != nullptr ? row.kdl.outOfRange
-                                                             : outOfRangeText(number, program.DeviceType));
-        } else {
-            showState(box, true);
-            sendReported(text);
-        }
+    CheckBox& onOff = writing.controls.*writing.row.kdl.onOff;
+    onOff.value = on && onOff.visible;
+    if (!on) {
+        box.text = kdlOffText;
     }
+}
 
-    void operator()(const FlagParameter& flag) const { sendCode((controls.*flag.box).value ? 1 : 0); }
-
-    void operator()(const ChoiceParameter& choice) const {
-        const ChoiceParameter::Option* option = selectedOption(controls, choice);
-        if (option != nullptr) {
-            sendCode(option->kdlCode.value_or(option->code));
-        } else if (choice.noneSelected != nullptr) {
-            showError(program, choice.noneSelected, choice.noneSelectedTitle);
-        }
+void writeNumber(const Writing& writing, const NumberParameter& number) {
+    const ParameterRow& row = writing.row;
+    const std::uint8_t deviceType = writing.program.DeviceType;
+    TextBox& box = writing.controls.*number.box;
+    const std::string text = box.text;
+    if (switchesOff(writing.controls, row, text)) {
+        showState(writing, box, false);
+        writing.sendReported("0");
+    } else if (!isSendable(text) || (row.kdl.hasRange && !isInRange(text, rangeOf(number, deviceType)))) {
+        showError(writing.program,
+                  row.kdl.outOfRange != nullptr ? row.kdl.outOfRange : outOfRangeText(number, deviceType));
+    } else {
+        showState(writing, box, true);
+        writing.sendReported(text);
     }
-
-    /// The bus has no alarm assignment.
-    void operator()(const AlarmMaskParameter& /*mask*/) const {}
-
-    void sendCode(std::uint16_t code) const {
-        report(row.kdl.query != nullptr ? transact(row.kdl.orders.at(code)) : send(std::to_string(code)));
-    }
-};
+}
 
 /// One number says whether the impedance measurement is on and at which mains frequency.
 void writeImpedanceMeasurement(const Writing& writing) {
     C& controls = writing.controls;
-    const auto& frequency = std::get<ChoiceParameter>(parameterRow(ParameterField::Netzfrequenz).kind);
-    const ChoiceParameter::Option* option = selectedOption(controls, frequency);
+    const ParameterRow& frequency = parameterRow(ParameterField::Netzfrequenz);
     if (controls.chkZe.value) {
-        writing.sendReported(std::to_string((option != nullptr ? *option : frequency.options.front()).code));
+        const std::uint16_t lowest = std::get<ChoiceParameter>(frequency.kind).options.front().code;
+        writing.sendReported(shownCode(controls, frequency, Bus::Kdl).value_or(lowest));
     } else {
         writing.sendReported("0");
         controls.chkRWarnung.value = false;
@@ -207,12 +190,12 @@ void endAfterSwitchToModbus(Program& program, std::int32_t baudRate) {
 /// A Modbus rate other than the present one takes the device off the KDL bus, perhaps before it has said so.
 void writeBaudRate(const Writing& writing) {
     Program& program = writing.program;
-    const auto* option = selectedOption(writing.controls, std::get<ChoiceParameter>(writing.row.kind));
-    const std::int32_t baudRate = option != nullptr ? baudRateOfCode(option->code) : 0;
+    const std::uint16_t code = shownCode(writing.controls, writing.row, Bus::Kdl).value_or(0);
+    const std::int32_t baudRate = baudRateOfCode(code);
     if (baudRate == 0 || baudRate == program.BaudRate) {
         return;
     }
-    const Answer answer = writing.send(std::to_string(option->code));
+    const Answer answer = writing.send(std::to_string(code));
     const bool asked = answer == Answer::Acknowledged || program.RS485.isConnected();
     if (answer == Answer::Refused || !asked) {
         writing.reportFailure();
@@ -221,19 +204,33 @@ void writeBaudRate(const Writing& writing) {
     }
 }
 
-constexpr std::array<SpecialWrite<Writing>, 3> specialWrites = {{
-    {ParameterField::ZeAktiv, writeImpedanceMeasurement},
-    {ParameterField::Adresse, writeAddress},
-    {ParameterField::BaudCode, writeBaudRate},
-}};
+void writeParameter(const Writing& writing) {
+    switch (writing.row.field) {
+        case ParameterField::ZeAktiv:
+            return writeImpedanceMeasurement(writing);
+        case ParameterField::Adresse:
+            return writeAddress(writing);
+        case ParameterField::BaudCode:
+            return writeBaudRate(writing);
+        default:
+            break;
+    }
+    if (const auto* number = std::get_if<NumberParameter>(&writing.row.kind)) {
+        writeNumber(writing, *number);
+    } else if (const auto code = shownCode(writing.controls, writing.row, Bus::Kdl)) {
+        writing.sendReported(*code);
+    } else {
+        reportNoneSelected(writing.program, writing.row);
+    }
+}
 
 }  // namespace
 
 void KdlWriteParameters(Program& program, ParameterControls& controls) {
     KdlOpenPort(program);
-    writeRows(program, controls, kdlRowsInOrder(kdlWriteOrder(), program.DeviceType),
+    writeRows(program, controls, rowsInOrder(ParameterOrder::KdlWrite, program.DeviceType),
               [&](const ParameterRow& row) {
-                  writeParameter<WriteKind>(specialWrites, Writing{program, controls, row});
+                  writeParameter({program, controls, row});
               });
     KdlClosePort(program);
 }

@@ -1,5 +1,7 @@
 #include "parameters/parametercontrols.h"
 
+#include <array>
+
 namespace vek {
 
 namespace {

@@ -1,10 +1,9 @@
 #pragma once
 
-#include <array>
 #include <bitset>
 #include <cstddef>
+#include <deque>
 #include <string>
-#include <utility>
 
 #include "platform/controls.h"
 
@@ -15,7 +14,11 @@ class AlarmBoxes {
   public:
     static constexpr std::size_t count = 11;
 
-    explicit AlarmBoxes(const std::string& prefix) : AlarmBoxes(prefix, std::make_index_sequence<count>()) {}
+    explicit AlarmBoxes(const std::string& prefix) {
+        for (std::size_t number = 1; number <= count; ++number) {
+            boxes_.emplace_back(prefix + (number < 10 ? "0" : "") + std::to_string(number), "-");
+        }
+    }
 
     CheckBox& operator[](std::size_t number) { return boxes_.at(number - 1); }
     const CheckBox& operator[](std::size_t number) const { return boxes_.at(number - 1); }
@@ -25,11 +28,7 @@ class AlarmBoxes {
     auto end() const { return boxes_.end(); }
 
   private:
-    template <std::size_t... index>
-    AlarmBoxes(const std::string& prefix, std::index_sequence<index...> /*boxes*/)
-        : boxes_{CheckBox(prefix + (index + 1 < 10 ? "0" : "") + std::to_string(index + 1), "-")...} {}
-
-    std::array<CheckBox, count> boxes_;
+    std::deque<CheckBox> boxes_;
 };
 
 /// The frames and inputs of the parameter editor: what reading fills, writing sends and files keep.

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "parameters/ParamValueText.h"
-#include "parameters/alarmassignment.h"
-#include "parameters/parametertable.h"
+#include "parameters/parameterorders.h"
+#include "parameters/parametertypes.h"
 #include "parameters/unreadparameters.h"
 #include "platform/textcodec.h"
 #include "program/IOatINI.h"
@@ -23,33 +23,7 @@ constexpr const char* filePattern = "*.GPM";
 constexpr const char* fileFilterName = "Parameter-Dateien";
 constexpr const char* nameSection = "ZEPHYRON";
 constexpr const char* nameKey = "NAME";
-
-/// The model without a parameter file.
-constexpr std::uint8_t typeWithoutFile = 6;
-
-struct ModelRow {
-    std::uint8_t type;
-    const char* name;
-};
-
-/// How the messages call the models that have parameter files.
-constexpr std::array<ModelRow, 9> models = {{
-    {1, "vekQB731"},
-    {2, "vekQCC731"},
-    {3, "vekQA731"},
-    {4, "vekQD731"},
-    {5, "vekQCC731QF"},
-    {7, "vekQF731"},
-    {8, "vekQG731"},
-    {9, "vekQJK731"},
-    {10, "vekQLN729"},
-}};
-
-const char* modelName(std::uint8_t deviceType) {
-    const auto* const found = std::find_if(models.begin(), models.end(),
-                                           [&](const ModelRow& row) { return row.type == deviceType; });
-    return found == models.end() ? nullptr : found->name;
-}
+constexpr std::string_view withoutFiles;
 
 /// Bytes that no file name may have on one of the usual file systems; those above 127 belong to letters.
 bool isForbidden(char c) {
@@ -83,8 +57,8 @@ bool isDeviceName(std::string_view name) {
            std::any_of(numbered.begin(), numbered.end(), isNumbered);
 }
 
-std::string chosenFile(Program& program, const FileDialog& dialog) {
-    return program.desktop.chooseFile(dialog).value_or(parameterFileName(program.DeviceName));
+std::string chosenFile(Program& program, const FileDialog& CommonDialog1) {
+    return program.desktop.chooseFile(CommonDialog1).value_or(parameterFileName(program.DeviceName));
 }
 
 std::optional<bool> booleanValue(std::string_view text) {
@@ -100,90 +74,76 @@ std::optional<bool> booleanValue(std::string_view text) {
     return number ? std::optional(*number != 0) : std::nullopt;
 }
 
-/// Sets the controls of one parameter from the file.
-struct LoadKind {
-    const ProfileSnapshot& file;
-    C& controls;
-    const ParameterRow& row;
-    std::uint8_t deviceType;
-
-    std::string value(const char* key) const { return file.value(key, row.section); }
-
-    /// Only 0 and 1 are a state; a missing value counts as 0.
-    void loadFlag(CheckBox& box, const char* key) const {
-        const double state = std::nearbyint(ParamValueText(value(key)));
-        if (state == 0 || state == 1) {
-            controls.check(box, state == 1);
-        }
-    }
-
-    void operator()(const NumberParameter& number) const {
-        (controls.*number.box).text = value(number.fileKey);
-    }
-
-    void operator()(const FlagParameter& flag) const { loadFlag(controls.*flag.box, flag.fileKey); }
-
-    void operator()(const ChoiceParameter& choice) const {
-        for (const ChoiceParameter::Option& option : choice.options) {
-            if (const auto set = booleanValue(value(option.fileKey))) {
-                (controls.*option.button).value = *set;
-            }
-        }
-    }
-
-    void operator()(const AlarmMaskParameter& mask) const {
-        for (std::size_t number = 1; number <= AlarmBoxes::count; ++number) {
-            loadFlag((controls.*mask.boxes)[number], alarmMeaning(deviceType, number).fileKey);
-        }
-    }
+/// One entry of a file and the control that it keeps.
+struct FileEntry {
+    const char* key;
+    std::variant<TextBox*, CheckBox*, OptionButton*> control;
 };
 
-const char* flagText(bool set) {
-    return set ? "1" : "0";
-}
-
-/// Adds the entries of one parameter.
-struct SaveKind {
-    const C& controls;
-    const ParameterRow& row;
-    std::uint8_t deviceType;
-    std::vector<ProfileEntry>& entries;
-
-    void add(const char* key, const std::string& value) const {
-        entries.push_back({row.section, key, value});
+std::vector<FileEntry> entriesOf(C& controls, const ParameterRow& row, std::uint8_t deviceType) {
+    if (const auto* number = std::get_if<NumberParameter>(&row.kind)) {
+        return {{number->fileKey, &(controls.*number->box)}};
     }
-
-    void operator()(const NumberParameter& number) const { add(number.fileKey, (controls.*number.box).text); }
-
-    void operator()(const FlagParameter& flag) const {
-        add(flag.fileKey, flagText((controls.*flag.box).value));
+    if (const auto* flag = std::get_if<FlagParameter>(&row.kind)) {
+        return {{flag->fileKey, &(controls.*flag->box)}};
     }
-
-    void operator()(const ChoiceParameter& choice) const {
-        for (const ChoiceParameter::Option& option : choice.options) {
-            add(option.fileKey, (controls.*option.button).value ? "True" : "False");
+    std::vector<FileEntry> entries;
+    if (const auto* choice = std::get_if<ChoiceParameter>(&row.kind)) {
+        for (const ChoiceParameter::Option& option : choice->options) {
+            entries.push_back({option.fileKey, &(controls.*option.button)});
         }
-    }
-
-    void operator()(const AlarmMaskParameter& mask) const {
+    } else {
+        AlarmBoxes& boxes = controls.*std::get<AlarmMaskParameter>(row.kind).boxes;
+        const AlarmAssignment& meanings = *parameterType(deviceType).alarms;
         for (std::size_t number = 1; number <= AlarmBoxes::count; ++number) {
-            add(alarmMeaning(deviceType, number).fileKey, flagText((controls.*mask.boxes)[number].value));
+            entries.push_back({meanings.at(number - 1).fileKey, &boxes[number]});
         }
-    }
-};
-
-std::vector<ProfileEntry> fileEntries(const Program& program, const C& controls) {
-    std::vector<ProfileEntry> entries = {{nameSection, nameKey, program.DeviceName}};
-    for (const ParameterRow* row : rowsInOrder(fileOrder(), program.DeviceType)) {
-        std::visit(SaveKind{controls, *row, program.DeviceType, entries}, row->kind);
     }
     return entries;
+}
+
+/// Only 0 and 1 are a state; a missing value counts as 0.
+void loadFlag(C& controls, CheckBox& box, std::string_view value) {
+    const double state = std::nearbyint(ParamValueText(value));
+    if (state == 0 || state == 1) {
+        controls.check(box, state == 1);
+    }
+}
+
+void loadEntry(C& controls, const FileEntry& entry, const std::string& value) {
+    if (TextBox* const* box = std::get_if<TextBox*>(&entry.control)) {
+        (*box)->text = value;
+    } else if (CheckBox* const* flag = std::get_if<CheckBox*>(&entry.control)) {
+        loadFlag(controls, **flag, value);
+    } else if (const auto set = booleanValue(value)) {
+        std::get<OptionButton*>(entry.control)->value = *set;
+    }
+}
+
+std::string savedValue(const FileEntry& entry) {
+    if (TextBox* const* box = std::get_if<TextBox*>(&entry.control)) {
+        return (*box)->text;
+    }
+    if (CheckBox* const* flag = std::get_if<CheckBox*>(&entry.control)) {
+        return (*flag)->value ? "1" : "0";
+    }
+    return std::get<OptionButton*>(entry.control)->value ? "True" : "False";
+}
+
+std::vector<ProfileEntry> fileContent(const Program& program, C& controls) {
+    std::vector<ProfileEntry> content = {{nameSection, nameKey, program.DeviceName}};
+    for (const ParameterRow* row : rowsInOrder(ParameterOrder::File, program.DeviceType)) {
+        for (const FileEntry& entry : entriesOf(controls, *row, program.DeviceType)) {
+            content.push_back({row->section, entry.key, savedValue(entry)});
+        }
+    }
+    return content;
 }
 
 /// Whether no parameter of the device shows a 0 that nobody has read. From a file it would go to a device as
 /// if it were meant.
 bool isWhole(const Program& program, const C& controls) {
-    const auto rows = rowsInOrder(fileOrder(), program.DeviceType);
+    const auto rows = rowsInOrder(ParameterOrder::File, program.DeviceType);
     return std::none_of(rows.begin(), rows.end(), [&](const ParameterRow* row) {
         return showsUnread(controls, *row) && !controls.lacking.test(static_cast<std::size_t>(row->field));
     });
@@ -224,38 +184,40 @@ bool LoadParameterFile(Program& program, ParameterControls& controls) {
                                                .filePattern = filePattern,
                                                .purpose = FileDialog::Purpose::Open});
     const ProfileSnapshot file(program);
-    if (!belongsToDevice(program, file) || program.DeviceType == typeWithoutFile) {
+    const auto& model = parameterType(program.DeviceType).model;
+    if (!belongsToDevice(program, file) || model == withoutFiles) {
         return false;
     }
-    const char* model = modelName(program.DeviceType);
-    if (model == nullptr) {
+    if (!model) {
         showError(program, "Parameter konnten nicht eingelesen werden");
         return false;
     }
-    for (const ParameterRow* row : rowsInOrder(fileOrder(), program.DeviceType)) {
-        std::visit(LoadKind{file, controls, *row, program.DeviceType}, row->kind);
+    for (const ParameterRow* row : rowsInOrder(ParameterOrder::File, program.DeviceType)) {
+        for (const FileEntry& entry : entriesOf(controls, *row, program.DeviceType)) {
+            loadEntry(controls, entry, file.value(entry.key, row->section));
+        }
     }
     controls.unread.reset();
-    showNote(program, std::string("Geräte-Parameter für ") + model + " aus Parameter-Datei eingelesen.");
+    showNote(program, "Geräte-Parameter für " + std::string(*model) + " aus Parameter-Datei eingelesen.");
     return true;
 }
 
-void SaveParameterFile(Program& program, const ParameterControls& controls) {
+void SaveParameterFile(Program& program, ParameterControls& controls) {
     program.ProfilePath = chosenFile(program, {.title = "Parameter in Datei speichern",
                                                .fileName = parameterFileName(program.DeviceName),
                                                .filterName = fileFilterName,
                                                .filePattern = filePattern,
                                                .purpose = FileDialog::Purpose::Save});
-    if (program.DeviceType == typeWithoutFile) {
+    const auto& model = parameterType(program.DeviceType).model;
+    if (model == withoutFiles) {
         return;
     }
-    const char* model = modelName(program.DeviceType);
-    if (model == nullptr || !isWhole(program, controls) ||
-        !program.profileFiles.write(program.ProfilePath, fileEntries(program, controls))) {
+    if (!model || !isWhole(program, controls) ||
+        !program.profileFiles.write(program.ProfilePath, fileContent(program, controls))) {
         showError(program, "Parameter konnten nicht gesichert werden");
         return;
     }
-    showNote(program, std::string("Geräte-Parameter für ") + model + " unter " + program.ProfilePath +
+    showNote(program, "Geräte-Parameter für " + std::string(*model) + " unter " + program.ProfilePath +
                           " gespeichert.");
 }
 

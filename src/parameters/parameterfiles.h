@@ -22,6 +22,6 @@ bool LoadParameterFile(Program& program, ParameterControls& controls);
 /// the device's name in the working folder. Whatever else stands in the file stays; a file that cannot be
 /// written keeps its old content, and so does every file while a parameter shows a 0 that nobody has read.
 /// Tells the user what came of it. ProfilePath stays at the file.
-void SaveParameterFile(Program& program, const ParameterControls& controls);
+void SaveParameterFile(Program& program, ParameterControls& controls);
 
 }  // namespace vek

@@ -1,5 +1,6 @@
 #include "parameters/parameterpass.h"
 
+#include "parameters/parametercodes.h"
 #include "parameters/unreadparameters.h"
 
 namespace vek {
@@ -41,6 +42,13 @@ void readRows(Program& program, ParameterControls& controls, const ParameterRows
         }
         read(*row);
         advanceProgress(controls);
+    }
+}
+
+void reportNoneSelected(Program& program, const ParameterRow& row) {
+    const auto& choice = std::get<ChoiceParameter>(row.kind);
+    if (choice.noneSelected != nullptr) {
+        showError(program, choice.noneSelected, choice.noneSelectedTitle);
     }
 }
 

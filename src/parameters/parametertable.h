@@ -7,14 +7,12 @@
 #include <span>
 #include <string>
 #include <variant>
-#include <vector>
 
 #include "parameters/parametercontrols.h"
 #include "parameters/typeset.h"
 
 /// What there is to know about each parameter of a device, in one row per parameter. Reading, the range
-/// check, writing, files and the editor's captions all run from these rows; which rows an operation visits
-/// and in which order stands in its list.
+/// check, writing, files and the editor's captions all run from these rows.
 namespace vek {
 
 enum class ParameterField : std::uint8_t {
@@ -60,19 +58,14 @@ inline constexpr std::size_t parameterCount = 36;
 /// Title of the message about a parameter that the device has not taken.
 inline constexpr const char* writeErrorTitle = "Write Error";
 
-/// The number that some types know the parameter by: its register, or its number on the KDL bus.
-struct TypedNumber {
-    TypeSet types;
-    std::uint16_t number;
-};
-
-/// Whole numbers that some types accept, both bounds included.
+/// Whole numbers that are accepted, both bounds included.
 struct NumberRange {
-    TypeSet types;
-    int lowest;
-    int highest;
+    int lowest = 0;
+    int highest = 0;
     const char* caption = nullptr;  ///< how the editor names the range
 };
+
+struct ParameterType;
 
 /// The caption of one of the controls.
 using CaptionOf = Property<std::string>& (*)(ParameterControls&);
@@ -81,7 +74,8 @@ using CaptionOf = Property<std::string>& (*)(ParameterControls&);
 struct NumberParameter {
     TextBox ParameterControls::*box;
     const char* fileKey;
-    std::vector<NumberRange> ranges;
+    NumberRange range{};
+    NumberRange ParameterType::*rangeOfType = nullptr;  ///< in place of `range`, where each type has its own
     CaptionOf rangeCaption = nullptr;  ///< where the range's own caption goes; null when it has none
     const char* outOfRangeBegin = "";  ///< message: this, lowest, "...", highest, outOfRangeEnd
     const char* outOfRangeEnd = "";
@@ -90,7 +84,6 @@ struct NumberParameter {
 /// 0 or 1, in a check box.
 struct FlagParameter {
     CheckBox ParameterControls::*box;
-    const char* invalidValue;  ///< message for any other value read
     const char* fileKey = "WERT";
 };
 
@@ -103,8 +96,7 @@ struct ChoiceParameter {
         const char* writeFailure = nullptr;      ///< in place of the parameter's own
         std::optional<std::uint16_t> kdlCode{};  ///< on the KDL bus, where it is another
     };
-    std::vector<Option> options;
-    const char* invalidValue;                 ///< message for a code without a button
+    std::span<const Option> options;
     const char* noneSelected = nullptr;       ///< message when there is nothing to write; null = none
     const char* noneSelectedTitle = nullptr;  ///< its title
 };
@@ -133,7 +125,7 @@ enum class KdlFlag : std::uint8_t {
 
 /// How the KDL bus reads and writes a parameter. Messages stand here where they differ from those for Modbus.
 struct KdlColumns {
-    std::vector<TypedNumber> numbers{};      ///< of ":TRSH?" and ":CAN"; a type in none of them lacks it
+    TypedNumbers numbers{};                  ///< of ":TRSH?" and ":CAN"; a type in none of them lacks it
     const char* query = nullptr;             ///< the request that reads a parameter without a number
     std::array<const char*, 2> orders = {};  ///< the requests that write it as 0 and as 1
     const char* invalidValue = nullptr;      ///< message for a value read that is none
@@ -147,14 +139,17 @@ struct KdlColumns {
 
 struct ParameterRow {
     ParameterField field;
-    std::vector<TypedNumber> registers;  ///< a type that is in none of them lacks the parameter
-    const char* section;                 ///< of the parameter file
+    TypedNumbers registers;  ///< a type that is in none of them lacks the parameter
+    const char* section;     ///< of the parameter file
     ParameterKind kind;
-    const char* writeFailure;  ///< message when the device has not acknowledged
+    const char* invalidValue = nullptr;  ///< message for a value read that the parameter cannot have
+    const char* writeFailure = nullptr;  ///< message when the device has not acknowledged
     NeedsImpedance needsImpedance = NeedsImpedance::Never;
     KdlColumns kdl = {};
 };
 
+/// All of them, in the order of ParameterField.
+std::span<const ParameterRow, parameterCount> parameterRows();
 const ParameterRow& parameterRow(ParameterField field);
 
 /// The register that this type keeps the parameter in, which it must have.
@@ -165,26 +160,5 @@ const NumberRange& rangeOf(const NumberParameter& number, std::uint8_t deviceTyp
 
 /// Message for a number outside the range of this type.
 std::string outOfRangeText(const NumberParameter& number, std::uint8_t deviceType);
-
-/// Message when the device has not acknowledged what the controls of this parameter say.
-const char* writeFailureOf(const ParameterControls& controls, const ParameterRow& row);
-
-/// The option whose button is set; nullptr when none is.
-const ChoiceParameter::Option* selectedOption(const ParameterControls& controls,
-                                              const ChoiceParameter& choice);
-
-/// The orders in which the operations visit the parameters.
-std::span<const ParameterField> readOrder();
-std::span<const ParameterField> writeOrder();
-std::span<const ParameterField> fileOrder();
-std::span<const ParameterField> kdlReadOrder();
-std::span<const ParameterField> kdlWriteOrder();
-
-/// Those parameters of an order that the type has.
-std::vector<const ParameterRow*> rowsInOrder(std::span<const ParameterField> order, std::uint8_t deviceType);
-
-/// Those parameters of an order that the type has on the KDL bus.
-std::vector<const ParameterRow*> kdlRowsInOrder(std::span<const ParameterField> order,
-                                                std::uint8_t deviceType);
 
 }  // namespace vek

@@ -5,10 +5,9 @@
 #include "modbus/ModBus.h"
 #include "parameters/ParamValueText.h"
 #include "parameters/editorlayout.h"
+#include "parameters/parametercodes.h"
 #include "parameters/parameterpass.h"
-#include "parameters/parametertable.h"
 #include "parameters/unreadparameters.h"
-#include "platform/leadingnumber.h"
 
 namespace vek {
 
@@ -59,48 +58,15 @@ const OptionalParameter* optionalParameter(ParameterField field) {
     return found == optionalParameters.end() ? nullptr : found;
 }
 
-/// Shows the reply to the read of one parameter.
-struct ShowReply {
-    Program& program;
-    C& controls;
-    const ParameterRow& row;
-    const Bytes& reply;
-
-    void reportInvalid(const char* message) const {
+/// A number is shown as it came, a text that is none as well.
+void showReply(Program& program, C& controls, const ParameterRow& row, const Bytes& reply) {
+    if (TextBox* box = numberBox(controls, row)) {
+        box->text = reply;
+    } else if (!showCode(controls, row, ParamValueText(reply), Bus::Modbus)) {
         noteAnswer(controls, row, false);
-        showError(program, message);
+        showError(program, row.invalidValue);
     }
-
-    void operator()(const NumberParameter& number) const { (controls.*number.box).text = reply; }
-
-    void operator()(const FlagParameter& flag) const {
-        const double value = ParamValueText(reply);
-        if (value == 0 || value == 1) {
-            controls.check(controls.*flag.box, value == 1);
-        } else {
-            reportInvalid(flag.invalidValue);
-        }
-    }
-
-    void operator()(const ChoiceParameter& choice) const {
-        const double value = ParamValueText(reply);
-        const auto found =
-            std::find_if(choice.options.begin(), choice.options.end(),
-                         [&](const ChoiceParameter::Option& option) { return option.code == value; });
-        if (found != choice.options.end()) {
-            (controls.*found->button).value = true;
-        } else {
-            reportInvalid(choice.invalidValue);
-        }
-    }
-
-    void operator()(const AlarmMaskParameter& mask) const {
-        const auto bits = static_cast<unsigned>(wholeNumber(ParamValueText(reply), 0, 0xFFFF));
-        for (std::size_t number = 1; number <= AlarmBoxes::count; ++number) {
-            (controls.*mask.boxes)[number].value = (bits >> number & 1U) != 0;
-        }
-    }
-};
+}
 
 /// The thresholds of the impedance measurement can be typed in before it is switched on. False when there is
 /// nothing to read.
@@ -129,7 +95,7 @@ void readParameter(Program& program, C& controls, const ParameterRow& row) {
             return;
         }
     }
-    std::visit(ShowReply{program, controls, row, reply}, row.kind);
+    showReply(program, controls, row, reply);
 }
 
 }  // namespace
@@ -137,7 +103,7 @@ void readParameter(Program& program, C& controls, const ParameterRow& row) {
 void ReadParameters(Program& program, ParameterControls& controls, const std::function<bool()>& isOpen) {
     OpenPort(program);
     applyTypeLayout(controls, program.DeviceType);
-    readRows(program, controls, rowsInOrder(readOrder(), program.DeviceType), isOpen,
+    readRows(program, controls, rowsInOrder(ParameterOrder::Read, program.DeviceType), isOpen,
              [&](const ParameterRow& row) { readParameter(program, controls, row); });
     ClosePort(program);
 }

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "kdl/kdlparametervalue.h"
 #include "parameters/ParamValueText.h"
-#include "parameters/parametertable.h"
+#include "parameters/kdlparametervalue.h"
+#include "parameters/parameterorders.h"
 
 namespace vek {
 
@@ -21,7 +21,7 @@ CheckBox& checkOf(ParameterControls& controls, const ParameterRow& row) {
 }  // namespace
 
 void ThresholdSwitches::tie(std::uint8_t deviceType) {
-    for (const ParameterRow* row : kdlRowsInOrder(kdlWriteOrder(), deviceType)) {
+    for (const ParameterRow* row : rowsInOrder(ParameterOrder::KdlWrite, deviceType)) {
         if (row->kdl.onOff == nullptr) {
             continue;
         }

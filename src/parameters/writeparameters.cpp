@@ -1,15 +1,13 @@
 #include "parameters/writeparameters.h"
 
-#include <algorithm>
-#include <array>
 #include <string>
 #include <string_view>
 
 #include "modbus/ModBus.h"
 #include "parameters/ParamValueText.h"
 #include "parameters/bussettings.h"
+#include "parameters/parametercodes.h"
 #include "parameters/parameterpass.h"
-#include "parameters/parametertable.h"
 #include "parameters/unreadparameters.h"
 #include "platform/leadingnumber.h"
 
@@ -28,11 +26,11 @@ struct Writing {
         return MbWriteRegisters(program, registerOf(row, program.DeviceType), 1, 2, WordToBytes(value));
     }
 
-    void reportFailure(const char* text) const { showError(program, text, writeErrorTitle); }
+    void reportFailure() const { showError(program, writeFailureOf(controls, row), writeErrorTitle); }
 
     void sendReported(std::uint16_t value) const {
         if (!send(value)) {
-            reportFailure(row.writeFailure);
+            reportFailure();
         }
     }
 };
@@ -41,40 +39,16 @@ std::uint16_t roundedValue(double value) {
     return static_cast<std::uint16_t>(wholeNumber(value, 0, 0xFFFF));
 }
 
-/// Writes a parameter from its controls.
-struct WriteKind : Writing {
-    void operator()(const NumberParameter& number) const {
-        const std::string text = (controls.*number.box).text;
-        const double value = ParamValueText(text);
-        const NumberRange& range = rangeOf(number, program.DeviceType);
-        if (value >= range.lowest && value <= range.highest && !isErrorText(text)) {
-            sendReported(roundedValue(value));
-        } else {
-            showError(program, outOfRangeText(number, program.DeviceType));
-        }
+void writeNumber(const Writing& writing, const NumberParameter& number) {
+    const std::string text = (writing.controls.*number.box).text;
+    const double value = ParamValueText(text);
+    const NumberRange& range = rangeOf(number, writing.program.DeviceType);
+    if (value >= range.lowest && value <= range.highest && !isErrorText(text)) {
+        writing.sendReported(roundedValue(value));
+    } else {
+        showError(writing.program, outOfRangeText(number, writing.program.DeviceType));
     }
-
-    void operator()(const FlagParameter& flag) const { sendReported((controls.*flag.box).value ? 1 : 0); }
-
-    void operator()(const ChoiceParameter& choice) const {
-        const ChoiceParameter::Option* option = selectedOption(controls, choice);
-        if (option == nullptr) {
-            if (choice.noneSelected != nullptr) {
-                showError(program, choice.noneSelected, choice.noneSelectedTitle);
-            }
-        } else if (!send(option->code)) {
-            reportFailure(writeFailureOf(controls, row));
-        }
-    }
-
-    void operator()(const AlarmMaskParameter& mask) const {
-        unsigned bits = 0;
-        for (std::size_t number = 1; number <= AlarmBoxes::count; ++number) {
-            bits |= ((controls.*mask.boxes)[number].value ? 1U : 0U) << number;
-        }
-        sendReported(static_cast<std::uint16_t>(bits));
-    }
-};
+}
 
 /// A threshold that the editor has not shown yet, now that the measurement is on.
 void fetchThreshold(const Writing& writing, ParameterField field, TextBox& box, Label& label) {
@@ -90,7 +64,7 @@ void writeImpedanceSwitch(const Writing& writing) {
     C& controls = writing.controls;
     const bool on = controls.chkZe.value;
     if (!writing.send(on ? 1 : 0)) {
-        writing.reportFailure(writing.row.writeFailure);
+        writing.reportFailure();
     } else if (on) {
         fetchThreshold(writing, ParameterField::ZWarnung, controls.txtZWarnung, controls.lblZWarnung);
         fetchThreshold(writing, ParameterField::ZAlarm, controls.txtZAlarm, controls.lblZAlarm);
@@ -108,8 +82,7 @@ void reopenPort(Program& program) {
 
 void writeAddress(const Writing& writing) {
     Program& program = writing.program;
-    const auto& number = std::get<NumberParameter>(writing.row.kind);
-    const std::string text = (writing.controls.*number.box).text;
+    const std::string text = writing.controls.txtAdresse.text;
     const double value = ParamValueText(text);
     if (!isDeviceAddress(value) || isErrorText(text)) {
         showError(program, addressRefused);
@@ -120,7 +93,7 @@ void writeAddress(const Writing& writing) {
     }
     const std::uint16_t address = roundedValue(value);
     if (!writing.send(address)) {
-        writing.reportFailure(writing.row.writeFailure);
+        writing.reportFailure();
         return;
     }
     ClosePort(program);
@@ -136,19 +109,17 @@ bool sendBusSetting(const Writing& writing, std::uint16_t code) {
     return writing.program.RS485.isOpen() && writing.send(code) && writing.program.RS485.isConnected();
 }
 
-/// In the order of the codes.
-
 void writeParity(const Writing& writing) {
     Program& program = writing.program;
-    const auto* option = selectedOption(writing.controls, std::get<ChoiceParameter>(writing.row.kind));
-    if (option == nullptr || program.FrameFormat == modbusFrameFormats.at(option->code)) {
+    const auto code = shownCode(writing.controls, writing.row, Bus::Modbus);
+    if (!code || program.FrameFormat == modbusFrameFormats.at(*code)) {
         return;
     }
-    if (!sendBusSetting(writing, option->code)) {
-        writing.reportFailure(writing.row.writeFailure);
+    if (!sendBusSetting(writing, *code)) {
+        writing.reportFailure();
         return;
     }
-    program.FrameFormat = modbusFrameFormats.at(option->code);
+    program.FrameFormat = modbusFrameFormats.at(*code);
     reopenPort(program);
     showModbusPort(program);
 }
@@ -161,37 +132,53 @@ void endAfterSwitchToKdl(Program& program) {
 
 void writeBaudRate(const Writing& writing) {
     Program& program = writing.program;
-    const auto* option = selectedOption(writing.controls, std::get<ChoiceParameter>(writing.row.kind));
-    if (option == nullptr || program.BaudRate == baudRateOfCode(option->code)) {
+    const auto code = shownCode(writing.controls, writing.row, Bus::Modbus);
+    if (!code || program.BaudRate == baudRateOfCode(*code)) {
         return;
     }
-    if (!sendBusSetting(writing, option->code)) {
-        writing.reportFailure(writing.row.writeFailure);
+    if (!sendBusSetting(writing, *code)) {
+        writing.reportFailure();
         return;
     }
-    if (baudRateOfCode(option->code) == 0) {
+    if (baudRateOfCode(*code) == 0) {
         endAfterSwitchToKdl(program);
         return;
     }
-    program.BaudRate = baudRateOfCode(option->code);
+    program.BaudRate = baudRateOfCode(*code);
     reopenPort(program);
     showModbusPort(program);
 }
 
-constexpr std::array<SpecialWrite<Writing>, 4> specialWrites = {{
-    {ParameterField::ZeAktiv, writeImpedanceSwitch},
-    {ParameterField::Adresse, writeAddress},
-    {ParameterField::Paritaet, writeParity},
-    {ParameterField::BaudCode, writeBaudRate},
-}};
+void writeParameter(const Writing& writing) {
+    switch (writing.row.field) {
+        case ParameterField::ZeAktiv:
+            return writeImpedanceSwitch(writing);
+        case ParameterField::Adresse:
+            return writeAddress(writing);
+        case ParameterField::Paritaet:
+            return writeParity(writing);
+        case ParameterField::BaudCode:
+            return writeBaudRate(writing);
+        default:
+            break;
+    }
+    if (const auto* number = std::get_if<NumberParameter>(&writing.row.kind)) {
+        writeNumber(writing, *number);
+    } else if (const auto code = shownCode(writing.controls, writing.row, Bus::Modbus)) {
+        writing.sendReported(*code);
+    } else {
+        reportNoneSelected(writing.program, writing.row);
+    }
+}
 
 }  // namespace
 
 void WriteParameters(Program& program, ParameterControls& controls) {
     OpenPort(program);
-    writeRows(program, controls, rowsInOrder(writeOrder(), program.DeviceType), [&](const ParameterRow& row) {
-        writeParameter<WriteKind>(specialWrites, Writing{program, controls, row});
-    });
+    writeRows(program, controls, rowsInOrder(ParameterOrder::Write, program.DeviceType),
+              [&](const ParameterRow& row) {
+                  writeParameter({program, controls, row});
+              });
     ClosePort(program);
 }
 

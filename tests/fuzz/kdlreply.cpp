@@ -2,7 +2,7 @@
 // the reply's first part, milliseconds between the parts, the reply.
 #include "fuzz.h"
 #include "kdl/KDL.h"
-#include "kdl/kdlparametervalue.h"
+#include "parameters/kdlparametervalue.h"
 #include "kdl/kdlrow.h"
 #include "support/testprogram.h"
 

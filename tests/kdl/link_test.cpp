@@ -3,7 +3,7 @@
 #include <sstream>
 
 #include "kdl/KDLBusLink.h"
-#include "kdl/kdlparametervalue.h"
+#include "parameters/kdlparametervalue.h"
 #include "platform/textcodec.h"
 #include "support/conversation.h"
 

@@ -1,4 +1,4 @@
-#include "kdl/kdlparametervalue.h"
+#include "parameters/kdlparametervalue.h"
 
 #include <array>
 
