@@ -16,7 +16,7 @@ constexpr std::string_view typeNames = "?12345?789X";
 
 Texts press(EditorBench& bench, Button& button) {
     bench.test.desktop.files = {path};
-    return bench.press(button);
+    return bench.click(button);
 }
 
 /// Sections with their keys as files.txt has them.
