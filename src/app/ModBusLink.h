@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <string>
 
+#include "platform/serialsettings.h"
 #include "program/childform.h"
 
 namespace vek {
@@ -16,9 +17,9 @@ class ModBusLink : public ChildForm {
     explicit ModBusLink(Program& program);
 
     Frame Port{"Port", "Serial Port"};
-    OptionArray<portCount> optCom{Port, "optCom"};
+    ControlArray<OptionButton> optCom{"optCom", portCount, Port};
     Frame Baud{"Baud", "Protocol / Baudrate"};
-    OptionArray<9> optBaud{Baud, "optBaud"};
+    ControlArray<OptionButton> optBaud{"optBaud", baudRates.size() + 1, Baud};
     Frame FrameOptions{"Frame", "Frame"};
     OptionButton opt8n1{FrameOptions, "opt8n1", "8 Data, no, 1 Stop"};
     OptionButton opt8o1{FrameOptions, "opt8o1", "8 Data, odd, 1 Stop"};

@@ -1,23 +1,16 @@
 #include "devicemodel/faultposition.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
-#include "devicemodel/monitorrendering.h"
+#include "devicemodel/devicetypes.h"
+#include "platform/numberlocale.h"
 
 namespace vek {
 namespace {
 
 constexpr double endOfBar = 100;
 constexpr double nearTheMiddle = 15;
-
-/// The highest fault resistance in kOhm that a device type can tell, by type; 0 = it tells none.
-constexpr std::array<int, 11> limits{0, 4000, 4000, 1000, 1000, 5000, 4000, 4000, 1000, 0, 2000};
-
-int limitOf(std::uint8_t deviceType) {
-    return deviceType < limits.size() ? limits[deviceType] : 0;
-}
 
 std::string_view signOf(double percent) {
     if (std::abs(percent) <= nearTheMiddle) {
@@ -31,7 +24,7 @@ std::string_view signOf(double percent) {
 /// processor's default).
 std::string sideText(double kiloOhms, double share, int limit) {
     if (limit == 0) {
-        return std::string(noValueText);
+        return noValueText;
     }
     const double side = share == 0 ? limit : std::nearbyint(200 * kiloOhms / share);
     return side >= limit ? ">" + std::to_string(limit) : NumberLocale{}.fixed(side, 0);
@@ -41,13 +34,10 @@ std::string sideText(double kiloOhms, double share, int limit) {
 
 FaultPosition faultPosition(std::optional<double> percent, double kiloOhms, std::uint8_t deviceType) {
     if (!percent || std::isnan(*percent)) {
-        return {.slider = 0,
-                .sign = "~",
-                .reNegative = std::string(noValueText),
-                .rePositive = std::string(noValueText)};
+        return {.slider = 0, .sign = "~", .reNegative = noValueText, .rePositive = noValueText};
     }
     const double position = std::clamp(*percent, -endOfBar, endOfBar);
-    const int limit = limitOf(deviceType);
+    const int limit = deviceTypeFacts(deviceType).faultLimit;
     return {.slider = static_cast<int>(std::nearbyint(position)),
             .sign = signOf(position),
             .reNegative = sideText(kiloOhms, endOfBar - position, limit),

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace vek {
@@ -18,26 +20,31 @@ enum class AlarmState : std::uint16_t {
 enum class RangeState : std::uint16_t { valid = 0, below = 0x0040, above = 0x0080, invalid = 0x00C0 };
 enum class UnitCode : std::uint16_t {};  ///< 0 to 31
 
-/// One measured value as a device publishes it, in four consecutive holding registers.
+/// A channel's status word, taken apart.
+struct ChannelStatus {
+    explicit constexpr ChannelStatus(std::uint16_t word)
+        : test(TestState(word & 0xC000U)),
+          alarm(AlarmState(word & 0x0700U)),
+          range(RangeState(word & 0x00C0U)),
+          unit(UnitCode(word & 0x001FU)) {}
+
+    TestState test;
+    AlarmState alarm;
+    RangeState range;
+    UnitCode unit;
+};
+
+/// One measured value as a device publishes it, in four consecutive holding registers. Nothing stands for
+/// what could not be read.
 struct MeasurementChannel {
-    std::int16_t startRegister = 0;  ///< 1000 to 32764
-    float Value = 0;                 ///< the first two registers, in the base unit (Ohm, V, F, %)
-    std::uint16_t ChannelStatusWord = 0;
-    std::uint16_t DescriptionCode = 0;
-
-    /// Wider than a register number, so that a start register at the end of the range does not wrap.
-    constexpr int statusRegister() const { return startRegister + 2; }
-    constexpr int descriptionRegister() const { return startRegister + 3; }
-
-    constexpr TestState testState() const { return TestState(ChannelStatusWord & 0xC000U); }
-    constexpr AlarmState alarmState() const { return AlarmState(ChannelStatusWord & 0x0700U); }
-    constexpr RangeState rangeState() const { return RangeState(ChannelStatusWord & 0x00C0U); }
-    constexpr UnitCode unitCode() const { return UnitCode(ChannelStatusWord & 0x001FU); }
+    std::optional<float> Value;  ///< the first two registers, in the base unit (Ohm, V, F, %)
+    std::optional<ChannelStatus> status;
+    std::optional<std::uint16_t> DescriptionCode;
 };
 
 /// Where the channel of a slot (0 to 15) starts.
-constexpr std::int16_t channelStartRegister(int slot) {
-    return static_cast<std::int16_t>(1000 + 4 * slot);
+constexpr std::uint16_t channelStartRegister(std::size_t slot) {
+    return static_cast<std::uint16_t>(1000 + 4 * slot);
 }
 
 /// The fields in words, as the register tool shows them.

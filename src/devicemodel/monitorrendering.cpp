@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <iterator>
+
+#include "devicemodel/devicetypes.h"
 
 namespace vek {
 namespace {
@@ -53,36 +54,21 @@ constexpr ValueFormat tenthVolts{unscaled, 1};
 constexpr ValueFormat wholePercent{[](double percent) { return std::trunc(percent); }, 0};
 constexpr ValueFormat plainNumber{unscaled, std::nullopt};
 
-struct SlotFormat {
-    const ValueFormat& usual;
-    const ValueFormat& type8;
-    const ValueFormat& type9;
-};
+/// For each slot its format, by SlotFormats: whole volts, tenths of the mains, tenths of a string.
+constexpr std::array<std::array<ValueFormat, 3>, 8> slotFormats = {{
+    /* 0 */ {{kiloOhms, kiloOhms, kiloOhms}},
+    /* 1 */ {{kiloOhms, tenthVolts, kiloOhms}},
+    /* 2 */ {{wholeVolts, tenthVolts, tenthVolts}},
+    /* 3 */ {{microFarads, microFarads, microFarads}},
+    /* 4 */ {{wholeVolts, tenthVolts, tenthVolts}},
+    /* 5 */ {{wholeVolts, tenthVolts, tenthVolts}},
+    /* 6 */ {{wholePercent, wholePercent, wholePercent}},
+    /* 7 */ {{kiloOhms, tenthVolts, kiloOhms}},
+}};
 
-constexpr SlotFormat slotFormats[] = {
-    /* 0 */ {kiloOhms, kiloOhms, kiloOhms},
-    /* 1 */ {kiloOhms, tenthVolts, kiloOhms},
-    /* 2 */ {wholeVolts, tenthVolts, tenthVolts},
-    /* 3 */ {microFarads, microFarads, microFarads},
-    /* 4 */ {wholeVolts, tenthVolts, tenthVolts},
-    /* 5 */ {wholeVolts, tenthVolts, tenthVolts},
-    /* 6 */ {wholePercent, wholePercent, wholePercent},
-    /* 7 */ {kiloOhms, tenthVolts, kiloOhms},
-};
-
-const ValueFormat& formatOf(int slot, std::uint8_t deviceType) {
-    if (slot >= static_cast<int>(std::size(slotFormats))) {
-        return plainNumber;
-    }
-    const SlotFormat& row = slotFormats[slot];
-    switch (deviceType) {
-        case 8:
-            return row.type8;
-        case 9:
-            return row.type9;
-        default:
-            return row.usual;
-    }
+const ValueFormat& formatOf(std::size_t slot, std::uint8_t deviceType) {
+    const auto column = static_cast<std::size_t>(deviceTypeFacts(deviceType).slotFormats);
+    return slot < slotFormats.size() ? slotFormats.at(slot).at(column) : plainNumber;
 }
 
 /// Halves away from zero.
@@ -116,15 +102,16 @@ std::string_view rangeCaption(RangeState state) {
     return row == rangeCaptions.end() ? " " : row->caption;
 }
 
-std::optional<double> channelNumber(int slot, std::uint8_t deviceType, float value) {
+std::optional<double> channelNumber(std::size_t slot, std::uint8_t deviceType, float value) {
     return numberIn(formatOf(slot, deviceType), value);
 }
 
-std::string channelValueText(int slot, std::uint8_t deviceType, float value, const NumberLocale& locale) {
+std::string channelValueText(std::size_t slot, std::uint8_t deviceType, float value,
+                             const NumberLocale& locale) {
     const ValueFormat& format = formatOf(slot, deviceType);
     const std::optional<double> number = numberIn(format, value);
     if (!number) {
-        return std::string(noValueText);
+        return noValueText;
     }
     return format.decimals ? locale.fixed(*number, *format.decimals) : locale.plain(value);
 }

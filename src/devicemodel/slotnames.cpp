@@ -1,17 +1,15 @@
 #include "devicemodel/slotnames.h"
 
 #include <array>
-#include <cstddef>
+
+#include "devicemodel/devicetypes.h"
 
 namespace vek {
 namespace {
 
-/// For each device type the column of a table below. Type 0, no device yet, reads like type 1.
-using Columns = std::array<std::size_t, 11>;
-
 constexpr std::array<std::array<std::string_view, 4>, 9> modbusNames{{
     // clang-format off
-    // types 1, 2, 6          types 3, 4, 5, 7, 10     type 8                   type 9
+    // impedance              plain                    mains                    battery
     {"Re Voralarm/Alarm",     "Re Voralarm/Alarm",     "Re Voralarm/Alarm",     "Re Voralarm/Alarm"},
     {"Ze Voralarm/Alarm",     "",                      "Netzspannung RMS",      ""},
     {"Spannung",              "Spannung",              "Netzspannung DC",       "Spannung"},
@@ -24,14 +22,12 @@ constexpr std::array<std::array<std::string_view, 4>, 9> modbusNames{{
     // clang-format on
 }};
 
-constexpr Columns modbusColumns{0, 0, 0, 1, 1, 1, 0, 1, 2, 3, 1};
-
 using KdlName = std::optional<std::string_view>;
 constexpr KdlName kept = std::nullopt;
 
 constexpr std::array<std::array<KdlName, 5>, 16> kdlNames{{
     // clang-format off
-    // types 1, 2               types 3 to 7               type 8                     type 9                     type 10
+    // impedance                plain                      mains                      battery                    voltages
     {"Re Voralarm",             "Re Voralarm",             "Re Voralarm",             "Re Voralarm",             "Re Voralarm"},
     {"Re Alarm",                "Re Alarm",                "Re Alarm",                "Re Alarm",                "Re Alarm"},
     {"Ze Alarm",                "> Ce",                    "Urms Überspannung",       "> Ce",                    "-"},
@@ -51,22 +47,16 @@ constexpr std::array<std::array<KdlName, 5>, 16> kdlNames{{
     // clang-format on
 }};
 
-constexpr Columns kdlColumns{0, 0, 0, 1, 1, 1, 1, 1, 2, 3, 4};
-
-std::size_t columnOf(const Columns& columns, std::uint8_t deviceType) {
-    return columns[deviceType < columns.size() ? deviceType : 0];
-}
-
 }  // namespace
 
-std::string_view modbusSlotName(int slot, std::uint8_t deviceType) {
-    const auto row = static_cast<std::size_t>(slot);
-    return row < modbusNames.size() ? modbusNames[row][columnOf(modbusColumns, deviceType)] : "";
+std::string_view modbusSlotName(std::size_t slot, std::uint8_t deviceType) {
+    const auto column = static_cast<std::size_t>(deviceTypeFacts(deviceType).modbusSlots);
+    return slot < modbusNames.size() ? modbusNames.at(slot).at(column) : "";
 }
 
-std::optional<std::string_view> kdlSlotName(int slot, std::uint8_t deviceType) {
-    const auto row = static_cast<std::size_t>(slot);
-    return row < kdlNames.size() ? kdlNames[row][columnOf(kdlColumns, deviceType)] : kept;
+std::optional<std::string_view> kdlSlotName(std::size_t slot, std::uint8_t deviceType) {
+    const auto column = static_cast<std::size_t>(deviceTypeFacts(deviceType).kdlSlots);
+    return slot < kdlNames.size() ? kdlNames.at(slot).at(column) : kept;
 }
 
 }  // namespace vek

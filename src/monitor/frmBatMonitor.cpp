@@ -3,6 +3,8 @@
 #include <array>
 
 #include "devicemodel/devicetypes.h"
+#include "devicemodel/slotnames.h"
+#include "monitor/modbuspoll.h"
 #include "platform/leadingnumber.h"
 #include "program/settings.h"
 
@@ -10,19 +12,15 @@ namespace vek {
 
 namespace {
 
-constexpr int resistanceSlot = 0;
-constexpr int stringVoltageSlot = 2;
-constexpr int capacitanceSlot = 3;
-constexpr int voltagePlusSlot = 4;
-constexpr int voltageMinusSlot = 5;
-constexpr int counterSlot = 8;
+constexpr std::size_t resistanceSlot = 0;
+constexpr std::size_t stringVoltageSlot = 2;
+constexpr std::size_t capacitanceSlot = 3;
+constexpr std::size_t voltagePlusSlot = 4;
+constexpr std::size_t voltageMinusSlot = 5;
+constexpr std::size_t counterSlot = 8;
 
 /// What stands for a capacitance beyond the device's range, in µF.
 constexpr const char* highestCapacitance = "1,600";
-
-constexpr std::array<const char*, polledChannels> slotNames = {
-    "Re Voralarm/Alarm", "", "Netzspannung",         "> Ce", "Udc L+ -> PE", "Udc L- -> PE",
-    "Fehlerort in %",    "", "Aktualisierungszähler"};
 
 constexpr std::array<std::size_t, 5> hiddenIndicators = {1, 4, 5, 6, 7};
 
@@ -30,7 +28,6 @@ constexpr std::array<std::size_t, 5> hiddenIndicators = {1, 4, 5, 6, 7};
 
 frmBatMonitor::frmBatMonitor(Program& program)
     : MonitorForm(program, "frmBatMonitor", polledChannels, "Stop Monitor") {
-    styleRows();
     Label25.minimumCharacters = 20;
     asField(Label28, 22, Align::Center);
     for (Label* label : {&Label33, &Label35, &Label34}) {
@@ -76,9 +73,10 @@ void frmBatMonitor::writeBatteryData() {
 }
 
 void frmBatMonitor::showSlotNames() {
-    for (std::size_t slot = 0; slot < slotNames.size(); ++slot) {
-        Label7[slot].caption = slotNames.at(slot);
+    for (std::size_t slot = 0; slot < polledChannels; ++slot) {
+        Label7[slot].caption = std::string(modbusSlotName(slot, batteryDeviceType));
     }
+    Label7[stringVoltageSlot].caption = "Netzspannung";
 }
 
 void frmBatMonitor::runMonitor() {
@@ -95,18 +93,12 @@ void frmBatMonitor::runMonitor() {
     cmdClose.enabled = true;
 }
 
-ChannelRow frmBatMonitor::channelRow(int slot) {
-    const auto index = static_cast<std::size_t>(slot);
-    return {lblMesswert[index], lblRange[index], lblEinheit[index], lblMessName[index], LED[index]};
-}
-
-void frmBatMonitor::statusShown(int slot, RangeState range) {
-    const ChannelRow row = channelRow(slot);
+void frmBatMonitor::statusShown(std::size_t slot, RangeState range) {
     if (slot == counterSlot) {
-        row.LED.visible = false;
+        LED[slot].visible = false;
     } else if (slot == capacitanceSlot && range == RangeState::above) {
-        row.lblMesswert.caption = highestCapacitance;
-        row.LED.fillColor = colors::red;
+        lblMesswert[slot].caption = highestCapacitance;
+        LED[slot].fillColor = colors::red;
     }
 }
 
@@ -128,7 +120,7 @@ BatteryData frmBatMonitor::batteryData() const {
                 chkRoffset.value ? std::optional(batteryNumber(txtRoffVal.text.get())) : std::nullopt};
 }
 
-StringValues frmBatMonitor::stringValues() {
+StringValues frmBatMonitor::stringValues() const {
     return {.resistance = shownNumber(resistanceSlot),
             .stringVoltage = shownNumber(stringVoltageSlot),
             .voltagePlus = shownNumber(voltagePlusSlot),

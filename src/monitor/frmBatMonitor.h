@@ -11,13 +11,6 @@ class frmBatMonitor : public MonitorForm {
   public:
     explicit frmBatMonitor(Program& program);
 
-    ControlArray<Label, polledChannels> Label7{"Label7"};
-    ControlArray<Label, polledChannels> lblMesswert{"lblMesswert"};
-    ControlArray<Label, polledChannels> lblRange{"lblRange"};
-    ControlArray<Label, polledChannels> lblEinheit{"lblEinheit"};
-    ControlArray<Label, polledChannels> lblMessName{"lblMessName"};
-    ControlArray<Shape, polledChannels> LED{"LED"};
-
     TextBox txtBatVoltage{"txtBatVoltage"};
     TextBox txtAnzBatModul{"txtAnzBatModul"};
     TextBox txtModBer{"txtModBer"};
@@ -37,19 +30,16 @@ class frmBatMonitor : public MonitorForm {
     Box layout() override;
     void load() override;
     void unload() override;
-
-  private:
-    Label& slotName(int slot) override { return Label7[static_cast<std::size_t>(slot)]; }
-    ChannelRow channelRow(int slot) override;
-    void statusShown(int slot, RangeState range) override;
+    void statusShown(std::size_t slot, RangeState range) override;
     void cycleDone() override;
 
+  private:
     void readBatteryData();
     void writeBatteryData();
     void showSlotNames();
     void runMonitor();
     BatteryData batteryData() const;
-    StringValues stringValues();
+    StringValues stringValues() const;
     void showString(const StringState& state);
 
     Box batteryFrame();

@@ -4,16 +4,17 @@
 #include <string_view>
 
 #include "devicemodel/devicetypes.h"
-#include "devicemodel/faultposition.h"
-#include "devicemodel/monitorrendering.h"
 #include "devicemodel/slotnames.h"
+#include "monitor/devicecommands.h"
+#include "monitor/kdlmonitor.h"
+#include "monitor/modbuspoll.h"
 
 namespace vek {
 
 namespace {
 
-constexpr int resistanceSlot = 0;
-constexpr int faultPositionSlot = 6;
+constexpr std::size_t resistanceSlot = 0;
+constexpr std::size_t faultPositionSlot = 6;
 
 constexpr std::array<const char*, 3> sliderEnds = {"-100", "0", "+100"};
 
@@ -36,7 +37,6 @@ frmMbMonitor::frmMbMonitor(Program& program) : MonitorForm(program, "frmMbMonito
 }
 
 void frmMbMonitor::styleFields() {
-    styleRows();
     for (Label* label : {&lblRePos, &lblReNeg}) {
         asField(*label, 9, Align::Right);
     }
@@ -58,11 +58,11 @@ void frmMbMonitor::load() {
 }
 
 void frmMbMonitor::showSlotNames() {
-    for (int slot = 0; slot < slotCount; ++slot) {
+    for (std::size_t slot = 0; slot < slotCount; ++slot) {
         const auto slotName = program_.kdlActive() ? kdlSlotName(slot, program_.DeviceType)
                                                    : std::optional(modbusSlotName(slot, program_.DeviceType));
         if (slotName) {
-            Label7[static_cast<std::size_t>(slot)].caption = std::string(*slotName);
+            Label7[slot].caption = std::string(*slotName);
         }
     }
 }
@@ -108,11 +108,6 @@ void frmMbMonitor::enableCommands(bool enabled) {
         button->enabled = enabled;
     }
     cmdCal.enabled = enabled && program_.DeviceType != batteryDeviceType;
-}
-
-ChannelRow frmMbMonitor::channelRow(int slot) {
-    const auto index = static_cast<std::size_t>(slot);
-    return {lblMesswert[index], lblRange[index], lblEinheit[index], lblMessName[index], LED[index]};
 }
 
 void frmMbMonitor::cycleDone() {

@@ -2,25 +2,17 @@
 
 #include <functional>
 
-#include "kdl/kdlmonitor.h"
-#include "monitor/devicecommands.h"
+#include "devicemodel/faultposition.h"
 #include "monitor/monitorform.h"
 
 namespace vek {
 
 /// The live monitor: channel table, test indicators, identification, fault position, and the device commands.
-class frmMbMonitor : public MonitorForm, private KdlMonitorView {
+class frmMbMonitor : public MonitorForm {
   public:
-    static constexpr int slotCount = 16;
+    static constexpr std::size_t slotCount = 16;
 
     explicit frmMbMonitor(Program& program);
-
-    ControlArray<Label, slotCount> Label7{"Label7"};
-    ControlArray<Label, slotCount> lblMesswert{"lblMesswert"};
-    ControlArray<Label, slotCount> lblRange{"lblRange"};
-    ControlArray<Label, slotCount> lblEinheit{"lblEinheit"};
-    ControlArray<Label, slotCount> lblMessName{"lblMessName"};
-    ControlArray<Shape, slotCount> LED{"LED"};
 
     Slider Slider1{"Slider1", -100, 100};
     Label lblFehlerVorzeichen{"lblFehlerVorzeichen"};
@@ -35,14 +27,10 @@ class frmMbMonitor : public MonitorForm, private KdlMonitorView {
 
     Box layout() override;
     void load() override;
+    void cycleDone() override;
+    void showFaultPosition(const FaultPosition& position);
 
   private:
-    Label& slotName(int slot) override { return Label7[static_cast<std::size_t>(slot)]; }
-    ChannelRow channelRow(int slot) override;
-    void statusShown(int /*slot*/, RangeState /*range*/) override {}
-    void cycleDone() override;
-    void showFaultPosition(const FaultPosition& position) override;
-
     void styleFields();
     void showSlotNames();
     void switchIndicators();
@@ -54,7 +42,7 @@ class frmMbMonitor : public MonitorForm, private KdlMonitorView {
     Box faultFrame();
     Box commandFrame();
 
-    ControlArray<Label, 3> lblSliderEnd_{"lblSliderEnd"};
+    ControlArray<Label> lblSliderEnd_{"lblSliderEnd", 3};
     Label lblRePosText_{"lblRePosText", "Rf +"};
     Label lblReNegText_{"lblReNegText", "Rf -"};
     Label lblRePosUnit_{"lblRePosUnit", "kOhm"};

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "devicemodel/descriptiontexts.h"
-#include "devicemodel/monitorrendering.h"
-#include "modbus/ModBus.h"
+#include "modbus/ModBusLink1.h"
+#include "monitor/measurementreading.h"
 #include "platform/leadingnumber.h"
 
 namespace vek {
@@ -33,7 +33,7 @@ void showField(Label& number, Label& text, State state) {
 
 void showNothing(std::initializer_list<Label*> labels) {
     for (Label* label : labels) {
-        label->caption = std::string(noValueText);
+        label->caption = noValueText;
     }
 }
 
@@ -54,10 +54,10 @@ frmMessReg::frmMessReg(Program& program) : ChildForm(program, "frmMessReg") {
         text->sunken = true;
         text->minimumCharacters = 24;
     }
-    cmdMessRegRead.click = [this] { readChannel(); };
+    cmdMessRegRead.click = [this] { read(); };
 }
 
-void frmMessReg::readChannel() {
+void frmMessReg::read() {
     const LineUse line(program_);
     if (!line) {
         return;
@@ -68,27 +68,27 @@ void frmMessReg::readChannel() {
         return;
     }
     OpenPort(program_);
-    showValue(readData(program_, *start, 2));
-    showStatus(readRegister(program_, static_cast<std::uint16_t>(*start + 2)));
-    showDescription(readRegister(program_, static_cast<std::uint16_t>(*start + 3)));
+    const MeasurementChannel channel = readChannel(program_, *start);
+    showValue(channel.Value);
+    showStatus(channel.status);
+    showDescription(channel.DescriptionCode);
     ClosePort(program_);
 }
 
-void frmMessReg::showValue(const std::optional<Bytes>& data) {
-    lblMessVal.caption = data ? program_.locale.plain(BytesToSingle(*data)) : std::string(noValueText);
+void frmMessReg::showValue(const std::optional<float>& value) {
+    lblMessVal.caption = value ? program_.locale.plain(*value) : noValueText;
 }
 
-void frmMessReg::showStatus(const std::optional<std::uint16_t>& word) {
-    if (!word) {
+void frmMessReg::showStatus(const std::optional<ChannelStatus>& status) {
+    if (!status) {
         showNothing({&lblMessTest, &lblTestTxt, &lblMessAlarm, &lblAlarmTxt, &lblMessRange, &lblRangeTxt,
                      &lblMessEinheit, &lblEinheitTxt});
         return;
     }
-    const MeasurementChannel channel{.ChannelStatusWord = *word};
-    showField(lblMessTest, lblTestTxt, channel.testState());
-    showField(lblMessAlarm, lblAlarmTxt, channel.alarmState());
-    showField(lblMessRange, lblRangeTxt, channel.rangeState());
-    showField(lblMessEinheit, lblEinheitTxt, channel.unitCode());
+    showField(lblMessTest, lblTestTxt, status->test);
+    showField(lblMessAlarm, lblAlarmTxt, status->alarm);
+    showField(lblMessRange, lblRangeTxt, status->range);
+    showField(lblMessEinheit, lblEinheitTxt, status->unit);
 }
 
 void frmMessReg::showDescription(const std::optional<std::uint16_t>& code) {

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "devicemodel/measurementchannel.h"
-#include "modbus/modbusframe.h"
 #include "program/childform.h"
 
 namespace vek {
@@ -34,13 +33,13 @@ class frmMessReg : public ChildForm {
     Button* defaultButton() override { return &cmdMessRegRead; }
 
   private:
-    void readChannel();
-    void showValue(const std::optional<Bytes>& data);
-    void showStatus(const std::optional<std::uint16_t>& word);
+    void read();
+    void showValue(const std::optional<float>& value);
+    void showStatus(const std::optional<ChannelStatus>& status);
     void showDescription(const std::optional<std::uint16_t>& code);
 
     Label lblMessRegNr_{"lblMessRegNr", "Messwert - Register"};
-    ControlArray<Label, 6> lblHeading_{"lblHeading"};
+    ControlArray<Label> lblHeading_{"lblHeading", 6};
     Frame fraMesskanal_{"fraMesskanal", "Messkanal"};
 };
 

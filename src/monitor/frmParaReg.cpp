@@ -68,7 +68,7 @@ void frmParaReg::styleTable() {
 void frmParaReg::load() {
     ChildForm::load();
     std::vector<std::string> counts;
-    for (int count = 1; count <= rowCount; ++count) {
+    for (std::size_t count = 1; count <= rowCount; ++count) {
         counts.push_back(std::to_string(count));
     }
     cmbRegAnz.items = std::move(counts);

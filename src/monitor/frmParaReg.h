@@ -12,7 +12,7 @@ namespace vek {
 /// and writes one.
 class frmParaReg : public ChildForm {
   public:
-    static constexpr int rowCount = 10;
+    static constexpr std::size_t rowCount = 10;
 
     explicit frmParaReg(Program& program);
 
@@ -22,9 +22,9 @@ class frmParaReg : public ChildForm {
     Button cmdRead{"cmdRead", "Read", 'R'};
     Button cmdWrite{"cmdWrite", "Write", 'W'};
 
-    ControlArray<Label, rowCount> lblHexVal{"lblHexVal"};
-    ControlArray<Label, rowCount> lblDezVal{"lblDezVal"};
-    ControlArray<Label, rowCount> lblChr{"lblChr"};
+    ControlArray<Label> lblHexVal{"lblHexVal", rowCount};
+    ControlArray<Label> lblDezVal{"lblDezVal", rowCount};
+    ControlArray<Label> lblChr{"lblChr", rowCount};
 
     Box layout() override;
     void load() override;
@@ -44,8 +44,8 @@ class frmParaReg : public ChildForm {
     Label lblParaReg_{"lblParaReg", "Register Nr.:"};
     Label lblRegAnz_{"lblRegAnz", "Anzahl Register :"};
     Label lblRegVal_{"lblRegVal", "Register-Wert"};
-    ControlArray<Label, 4> lblHeading_{"lblHeading"};
-    ControlArray<Label, rowCount> lblRowNumber_{"lblRowNumber"};
+    ControlArray<Label> lblHeading_{"lblHeading", 4};
+    ControlArray<Label> lblRowNumber_{"lblRowNumber", rowCount};
     Frame fraRegister_{"fraRegister", "Register"};
 };
 

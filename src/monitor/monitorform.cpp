@@ -1,7 +1,6 @@
 #include "monitor/monitorform.h"
 
 #include <array>
-#include <initializer_list>
 #include <utility>
 
 #include "devicemodel/monitorrendering.h"
@@ -32,14 +31,33 @@ constexpr std::array<LegendRow, 5> legend = {{
 MonitorForm::MonitorForm(Program& program, std::string formName, std::size_t slotCount,
                          std::string stopCaption)
     : ChildForm(program, std::move(formName)),
+      Label7("Label7", slotCount),
+      lblMesswert("lblMesswert", slotCount),
+      lblRange("lblRange", slotCount),
+      lblEinheit("lblEinheit", slotCount),
+      lblMessName("lblMessName", slotCount),
+      LED("LED", slotCount),
       cmdStop("cmdStop", std::move(stopCaption), 't'),
       shownNumbers_(slotCount) {
+    styleTables();
+    cmdStop.click = [this] { program_.MonitorRunning = false; };
+    cmdClose.click = [this] { close(); };
+}
+
+void MonitorForm::styleTables() {
     for (std::size_t column = 0; column < headings.size(); ++column) {
         lblHeading_[column].caption = headings.at(column);
         lblHeading_[column].style = TextStyle::Bold;
         lblDeviceText_[column].caption = deviceTexts.at(column);
     }
     lblHeading_[1].align = Align::Right;
+    for (std::size_t slot = 0; slot < LED.size(); ++slot) {
+        Label7[slot].minimumCharacters = 22;
+        asField(lblMesswert[slot], 12, Align::Right);
+        asField(lblRange[slot], 3, Align::Center);
+        asField(lblEinheit[slot], 6, Align::Left);
+        asField(lblMessName[slot], 24, Align::Left);
+    }
     for (Label* label : {&lblDevName, &lblSwRegNr, &lblSwVer, &lblSwDate, &lblSwMb}) {
         asField(*label, 11, Align::Left);
     }
@@ -48,19 +66,6 @@ MonitorForm::MonitorForm(Program& program, std::string formName, std::size_t slo
         lblLegend_[index].caption = legend.at(index).text;
         shpLegend_[index].fillColor = legend.at(index).color;
     }
-    cmdStop.click = [this] { program_.MonitorRunning = false; };
-    cmdClose.click = [this] { close(); };
-}
-
-void MonitorForm::styleRows() {
-    for (int slot = 0; slot < slotCount(); ++slot) {
-        const ChannelRow row = channelRow(slot);
-        slotName(slot).minimumCharacters = 22;
-        asField(row.lblMesswert, 12, Align::Right);
-        asField(row.lblRange, 3, Align::Center);
-        asField(row.lblEinheit, 6, Align::Left);
-        asField(row.lblMessName, 24, Align::Left);
-    }
 }
 
 void MonitorForm::unload() {
@@ -68,9 +73,10 @@ void MonitorForm::unload() {
     ChildForm::unload();
 }
 
-std::string MonitorForm::valueText(int slot, float value) {
-    shownNumber(slot) = channelNumber(slot, program_.DeviceType, value);
-    return channelValueText(slot, program_.DeviceType, value, program_.locale);
+void MonitorForm::showValue(std::size_t slot, std::optional<float> value) {
+    const std::uint8_t type = program_.DeviceType;
+    shownNumbers_.at(slot) = value ? channelNumber(slot, type, *value) : std::nullopt;
+    lblMesswert[slot].caption = value ? channelValueText(slot, type, *value, program_.locale) : noValueText;
 }
 
 Box MonitorForm::channelTable() {
@@ -79,13 +85,9 @@ Box MonitorForm::channelTable() {
         const bool aboveIndicatorToo = column + 1 == headings.size();
         table.parts.push_back(spanning(aboveIndicatorToo ? 2 : 1, lblHeading_[column]));
     }
-    for (int slot = 0; slot < slotCount(); ++slot) {
-        const ChannelRow row = channelRow(slot);
-        for (Control* control :
-             std::initializer_list<Control*>{&slotName(slot), &row.lblMesswert, &row.lblRange,
-                                             &row.lblEinheit, &row.LED, &row.lblMessName}) {
-            table.parts.emplace_back(*control);
-        }
+    for (std::size_t slot = 0; slot < LED.size(); ++slot) {
+        table.parts.insert(table.parts.end(), {Label7[slot], lblMesswert[slot], lblRange[slot],
+                                               lblEinheit[slot], LED[slot], lblMessName[slot]});
     }
     return framed(fraMesswerte_, std::move(table));
 }

@@ -4,18 +4,25 @@
 #include <string>
 #include <vector>
 
-#include "monitor/modbuspoll.h"
+#include "devicemodel/measurementchannel.h"
 #include "program/childform.h"
 
 namespace vek {
 
 /// What the monitor windows have in common: identification, test indicators, legend, the buttons of the poll,
-/// and the channel table, whose rows each window owns in its own number.
-class MonitorForm : public ChildForm, protected ModbusMonitorView {
+/// and the channel table with a number of rows for each window. The polls fill it.
+class MonitorForm : public ChildForm {
   public:
     Frame Frame2{"Frame2", "Anzeige Test"};
     Shape LED_TEST_INTERN{"LED_TEST_INTERN"};
     Shape LED_TEST_EXTERN{"LED_TEST_EXTERN"};
+
+    ControlArray<Label> Label7;
+    ControlArray<Label> lblMesswert;
+    ControlArray<Label> lblRange;
+    ControlArray<Label> lblEinheit;
+    ControlArray<Label> lblMessName;
+    ControlArray<Shape> LED;
 
     Label lblDevName{"lblDevName"};
     Label lblSwRegNr{"lblSwRegNr"};
@@ -31,24 +38,22 @@ class MonitorForm : public ChildForm, protected ModbusMonitorView {
     Button* defaultButton() override { return &cmdRunMonitor; }
     Button* cancelButton() override { return &cmdClose; }
 
+    using ChildForm::isOpen;
+
+    /// Shows the value as the slot does on this device; "---" for nothing.
+    void showValue(std::size_t slot, std::optional<float> value);
+
+    /// The slot's status has been shown: what this window makes of it beyond that.
+    virtual void statusShown(std::size_t /*slot*/, RangeState /*range*/) {}
+
+    /// A Modbus poll has read all channels once more.
+    virtual void cycleDone() = 0;
+
   protected:
-    /// Keeps the numbers of `slotCount` channels.
     MonitorForm(Program& program, std::string formName, std::size_t slotCount, std::string stopCaption);
 
-    virtual Label& slotName(int slot) = 0;
-
-    DeviceLabels deviceLabels() override { return {lblDevName, lblSwRegNr, lblSwVer, lblSwDate, lblSwMb}; }
-    Shape& internalTest() override { return LED_TEST_INTERN; }
-    Shape& externalTest() override { return LED_TEST_EXTERN; }
-    std::string valueText(int slot, float value) override;
-    void valueMissing(int slot) override { shownNumber(slot).reset(); }
-    bool isShown() const override { return isOpen(); }
-
     /// The slot's value as the number that it shows; nothing for "---".
-    std::optional<double>& shownNumber(int slot) { return shownNumbers_.at(static_cast<std::size_t>(slot)); }
-
-    /// Draws the fields of all rows; to be called once the rows are there.
-    void styleRows();
+    std::optional<double> shownNumber(std::size_t slot) const { return shownNumbers_.at(slot); }
 
     Box channelTable();
     Box deviceFrame();
@@ -56,14 +61,14 @@ class MonitorForm : public ChildForm, protected ModbusMonitorView {
     Box testFrame();
 
   private:
-    int slotCount() const { return static_cast<int>(shownNumbers_.size()); }
+    void styleTables();
 
     std::vector<std::optional<double>> shownNumbers_;
 
-    ControlArray<Label, 5> lblHeading_{"lblHeading"};
-    ControlArray<Label, 5> lblDeviceText_{"lblDeviceText"};
-    ControlArray<Label, 5> lblLegend_{"lblLegend"};
-    ControlArray<Shape, 5> shpLegend_{"shpLegend"};
+    ControlArray<Label> lblHeading_{"lblHeading", 5};
+    ControlArray<Label> lblDeviceText_{"lblDeviceText", 5};
+    ControlArray<Label> lblLegend_{"lblLegend", 5};
+    ControlArray<Shape> shpLegend_{"shpLegend", 5};
     Label lblTestIntern_{"lblTestIntern", "interner Test läuft"};
     Label lblTestExtern_{"lblTestExtern", "externer Test läuft"};
     Frame fraGeraet_{"fraGeraet", "Gerät"};

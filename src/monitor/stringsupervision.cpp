@@ -5,7 +5,6 @@
 #include <cmath>
 #include <limits>
 
-#include "devicemodel/monitorrendering.h"
 #include "platform/leadingnumber.h"
 
 namespace vek {
@@ -45,7 +44,7 @@ constexpr std::array<SituationRow, 4> situations = {{
     {colors::red, colors::red, Situation::VoltageFault, "Spannungsfehler", colors::red},
     {colors::green, colors::green, Situation::Healthy, "Batteriespannung OK", colors::green},
 }};
-constexpr SituationRow unknownSituation = {colors::grey, colors::grey, Situation::Unknown, "---",
+constexpr SituationRow unknownSituation = {colors::grey, colors::grey, Situation::Unknown, noValueText,
                                            colors::grey};
 
 const SituationRow& situationOf(const StringValues& values) {
@@ -76,10 +75,9 @@ double faultResistance(double measured, const BatteryData& battery) {
 }
 
 void showNoPosition(StringState& state) {
-    const std::string none(noValueText);
-    state.cellVoltage = none;
-    state.moduleNumber = none;
-    state.moduleCount = none;
+    state.cellVoltage = noValueText;
+    state.moduleNumber = noValueText;
+    state.moduleCount = noValueText;
 }
 
 /// Places the fault from the pole that still has a voltage against earth. The number counts the modules from

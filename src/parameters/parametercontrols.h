@@ -6,6 +6,7 @@
 #include <string>
 
 #include "platform/controls.h"
+#include "platform/numberlocale.h"
 
 namespace vek {
 
@@ -169,6 +170,6 @@ struct ParameterControls {
 };
 
 /// A text box without a value: the device lacks the parameter, or does not use it at present.
-inline constexpr const char* noParameterText = "---";
+inline constexpr const char* noParameterText = noValueText;
 
 }  // namespace vek

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <optional>
 #include <string>
@@ -89,7 +89,7 @@ struct Frame : Control {
 
 struct OptionButton : Control {
     /// The group must live as long as the button.
-    OptionButton(Frame& itsGroup, std::string controlName, std::string text)
+    OptionButton(Frame& itsGroup, std::string controlName, std::string text = {})
         : Control(std::move(controlName)), caption(std::move(text)), group(itsGroup) {
         group.options.push_back(this);
         exclusive_ = value.observe([this](bool set) {
@@ -218,42 +218,25 @@ struct Timer {
     std::function<void()> tick;
 };
 
-/// Controls of one kind under one name; element i is named `name_i`.
-template <class ControlKind, std::size_t count>
+/// Controls of one kind under one name; element i is named `name_i`. Option buttons also get their group.
+template <class ControlKind>
 class ControlArray {
   public:
-    explicit ControlArray(const std::string& name) : ControlArray(name, std::make_index_sequence<count>()) {}
+    template <class... Group>
+    ControlArray(const std::string& name, std::size_t count, Group&... group) {
+        for (std::size_t index = 0; index < count; ++index) {
+            elements_.emplace_back(group..., name + "_" + std::to_string(index));
+        }
+    }
 
     ControlKind& operator[](std::size_t index) { return elements_.at(index); }
     const ControlKind& operator[](std::size_t index) const { return elements_.at(index); }
-    static constexpr std::size_t size() { return count; }
+    std::size_t size() const { return elements_.size(); }
     auto begin() { return elements_.begin(); }
     auto end() { return elements_.end(); }
 
   private:
-    template <std::size_t... index>
-    ControlArray(const std::string& name, std::index_sequence<index...> /*elements*/)
-        : elements_{ControlKind(name + "_" + std::to_string(index))...} {}
-
-    std::array<ControlKind, count> elements_;
-};
-
-/// Option buttons of one frame under one name, as a ControlArray.
-template <std::size_t count>
-class OptionArray {
-  public:
-    OptionArray(Frame& group, const std::string& name)
-        : OptionArray(group, name, std::make_index_sequence<count>()) {}
-
-    OptionButton& operator[](std::size_t index) { return elements_.at(index); }
-    const OptionButton& operator[](std::size_t index) const { return elements_.at(index); }
-
-  private:
-    template <std::size_t... index>
-    OptionArray(Frame& group, const std::string& name, std::index_sequence<index...> /*elements*/)
-        : elements_{OptionButton(group, name + "_" + std::to_string(index), "")...} {}
-
-    std::array<OptionButton, count> elements_;
+    std::deque<ControlKind> elements_;  // moves none of them
 };
 
 }  // namespace vek

@@ -10,8 +10,6 @@ namespace vek {
 
 namespace {
 
-constexpr std::string_view notShown = "---";
-
 // A double has at most 309 digits before the point and 1074 behind it; written out in full it is exact.
 constexpr int exactDecimals = 1074;
 constexpr std::size_t exactSize = 309 + 1 + exactDecimals;
@@ -72,7 +70,7 @@ std::string grouped(std::string_view digits, std::string_view separator) {
 
 std::string NumberLocale::fixed(double value, int decimals) const {
     if (!std::isfinite(value)) {
-        return std::string(notShown);
+        return noValueText;
     }
     const std::string digits = scaledDigits(std::fabs(value), decimals);
     const std::string_view all = digits;
@@ -88,7 +86,7 @@ std::string NumberLocale::fixed(double value, int decimals) const {
 
 std::string NumberLocale::plain(float value) const {
     if (!std::isfinite(value)) {
-        return std::string(notShown);
+        return noValueText;
     }
     if (value == 0.0F) {
         return "0";

@@ -9,7 +9,7 @@ namespace {
 
 TEST(MonitorRendering, ValuesBySlotAndDeviceType) {
     const NumberLocale german{.decimalPoint = ",", .groupSeparator = "."};
-    const std::tuple<int, int, float, const char*, std::optional<double>> cases[] = {
+    const std::tuple<std::size_t, int, float, const char*, std::optional<double>> cases[] = {
         // resistances in whole kOhm
         {0, 1, 0.0F, "---", std::nullopt},
         {0, 1, -2500.0F, "-3", -3},
@@ -39,7 +39,7 @@ TEST(MonitorRendering, ValuesBySlotAndDeviceType) {
         EXPECT_EQ(channelNumber(slot, type, value), number) << "slot " << slot << ": " << value;
     }
     using Limits = std::numeric_limits<float>;
-    for (int slot = 0; slot < 16; ++slot) {
+    for (std::size_t slot = 0; slot < 16; ++slot) {
         for (const float value : {Limits::quiet_NaN(), Limits::infinity(), -Limits::infinity()}) {
             EXPECT_EQ(channelValueText(slot, 8, value, german), "---") << slot;
             EXPECT_EQ(channelNumber(slot, 8, value), std::nullopt) << slot;

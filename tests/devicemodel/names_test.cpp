@@ -43,7 +43,7 @@ TEST(Names, DescriptionsGapsAndTheEnds) {
 }
 
 TEST(Names, SlotsByDeviceType) {
-    const std::tuple<int, Types, const char*> modbus[] = {
+    const std::tuple<std::size_t, Types, const char*> modbus[] = {
         {1, {1, 2, 6}, "Ze Voralarm/Alarm"},
         {1, {3, 4, 5, 7, 9, 10}, ""},
         {1, {8}, "Netzspannung RMS"},
@@ -60,7 +60,7 @@ TEST(Names, SlotsByDeviceType) {
         }
     }
     const std::optional<std::string_view> kept;
-    const std::tuple<int, Types, std::optional<std::string_view>> kdl[] = {
+    const std::tuple<std::size_t, Types, std::optional<std::string_view>> kdl[] = {
         {2, {1, 2}, "Ze Alarm"},        {2, {3, 4, 5, 6, 7, 9}, "> Ce"},
         {3, {8}, "Udc  Unterspannung"}, {9, {1, 2, 10}, "> Ce"},
         {10, {8, 9}, "Udc L- -> PE"},   {14, {1, 2}, "R-UGe"},

@@ -9,7 +9,7 @@
 namespace vek {
 
 void fuzz(Input input) {
-    const int slot = input.byte() % 16;
+    const std::size_t slot = input.byte() % 16U;
     const std::uint8_t deviceType = input.byte() % 12;
     const float value = BytesToSingle(input.bytes(4));
     const auto number = channelNumber(slot, deviceType, value);

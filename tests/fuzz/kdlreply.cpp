@@ -2,8 +2,8 @@
 // the reply's first part, milliseconds between the parts, the reply.
 #include "fuzz.h"
 #include "kdl/KDL.h"
+#include "monitor/kdlrow.h"
 #include "parameters/kdlparametervalue.h"
-#include "kdl/kdlrow.h"
 #include "support/testprogram.h"
 
 namespace vek {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "kdl/kdlrow.h"
+#include "monitor/kdlrow.h"
 
 namespace vek {
 namespace {

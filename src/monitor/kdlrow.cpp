@@ -1,4 +1,4 @@
-#include "kdl/kdlrow.h"
+#include "monitor/kdlrow.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
-#include "kdl/kdlmonitor.h"
-
 #include <gtest/gtest.h>
 
 #include "kdl/KDL.h"
 #include "kdl/KDLBusLink.h"
 #include "kdl/kdldevice.h"
+#include "monitor/frmMbMonitor.h"
+#include "monitor/kdlmonitor.h"
 #include "support/shown.h"
 
 namespace vek {
@@ -12,38 +12,6 @@ namespace {
 
 using Boxes = std::vector<std::string>;
 using Commands = std::vector<std::string>;
-
-/// A monitor window without the window.
-class TestView final : public KdlMonitorView {
-  public:
-    ControlArray<Label, 16> lblMesswert{"lblMesswert"};
-    ControlArray<Label, 16> lblRange{"lblRange"};
-    ControlArray<Label, 16> lblEinheit{"lblEinheit"};
-    ControlArray<Label, 16> lblMessName{"lblMessName"};
-    ControlArray<Shape, 16> LED{"LED"};
-    Shape intern{"intern"};
-    Shape extern_{"extern"};
-    ControlArray<Label, 5> device{"device"};
-    std::vector<FaultPosition> positions;
-    bool shown = true;
-
-    DeviceLabels deviceLabels() override { return {device[0], device[1], device[2], device[3], device[4]}; }
-    ChannelRow channelRow(int slot) override {
-        const auto i = static_cast<std::size_t>(slot);
-        return {lblMesswert[i], lblRange[i], lblEinheit[i], lblMessName[i], LED[i]};
-    }
-    Shape& internalTest() override { return intern; }
-    Shape& externalTest() override { return extern_; }
-    bool isShown() const override { return shown; }
-    void showFaultPosition(const FaultPosition& position) override { positions.push_back(position); }
-
-    std::string row(std::size_t i) const {
-        return captions({&lblMesswert[i], &lblRange[i], &lblEinheit[i], &lblMessName[i]});
-    }
-    std::string lamps(std::size_t i) const {
-        return {colorLetter(LED[i].fillColor), colorLetter(intern.fillColor), colorLetter(extern_.fillColor)};
-    }
-};
 
 /// The KDL monitor on a scripted device.
 struct Rig {
@@ -62,7 +30,19 @@ struct Rig {
     TestProgram test{NumberLocale{.decimalPoint = ",", .groupSeparator = "."}};
     LastWindow& mainWindow = test.open<LastWindow>();
     KdlDevice device{test.serial};
-    TestView view;
+    frmMbMonitor& view = test.open<frmMbMonitor>();
+
+    std::string row(std::size_t i) const {
+        return captions({&view.lblMesswert[i], &view.lblRange[i], &view.lblEinheit[i], &view.lblMessName[i]});
+    }
+    std::string lamps(std::size_t i) const {
+        return {colorLetter(view.LED[i].fillColor), colorLetter(view.LED_TEST_INTERN.fillColor),
+                colorLetter(view.LED_TEST_EXTERN.fillColor)};
+    }
+    std::string position() const {
+        return std::to_string(view.Slider1.value) + '|' +
+               captions({&view.lblFehlerVorzeichen, &view.lblReNeg, &view.lblRePos});
+    }
 };
 
 struct RowCase {
@@ -106,11 +86,10 @@ TEST(KdlMonitorRow, AnAlarmElseAnOperatingValue) {
                 rig.device.answers[command] = reply;
             }
         }
-        const ChannelRow row = rig.view.channelRow(14);
-        row.lblMesswert.caption = "9";
-        row.lblRange.caption = "<";
-        row.lblEinheit.caption = "V";
-        row.lblMessName.caption = "Impedanz";
+        rig.view.lblMesswert[14].caption = "9";
+        rig.view.lblRange[14].caption = "<";
+        rig.view.lblEinheit[14].caption = "V";
+        rig.view.lblMessName[14].caption = "Impedanz";
         KdlOpenPort(rig.test.program);
         const bool ends = c.row == std::string("end");
         EXPECT_EQ(KdlReadMonitorRow(rig.test.program, rig.view, 14), ends) << c.what;
@@ -119,19 +98,16 @@ TEST(KdlMonitorRow, AnAlarmElseAnOperatingValue) {
             asked.push_back(commands.at(letter));
         }
         EXPECT_EQ(rig.device.commands, asked) << c.what;
-        EXPECT_EQ(rig.view.row(14), ends ? "9|<|V|Impedanz" : c.row) << c.what;
-        EXPECT_EQ(rig.view.lamps(14), c.lamps) << c.what;
+        EXPECT_EQ(rig.row(14), ends ? "9|<|V|Impedanz" : c.row) << c.what;
+        EXPECT_EQ(rig.lamps(14), c.lamps) << c.what;
     }
 }
 
 TEST(KdlMonitor, FaultPositionFromWhatTheRowsShow) {
-    const std::tuple<int, const char*, const char*, FaultPosition> cases[] = {
-        {1, "", "100", {0, "~", "---", "---"}},
-        {1, "-", "100", {0, "~", "---", "---"}},
-        {1, "15,5", "100", {16, "+", "237", "173"}},
-        {9, "50", "100", {50, "+", "---", "---"}},
-        {1, "0", "-", {0, "~", "0", "0"}},
-        {1, "50", "123456789012345678901234567890", {50, "+", ">4000", ">4000"}},
+    const std::tuple<int, const char*, const char*, const char*> cases[] = {
+        {1, "", "100", "0|~|---|---"},      {1, "-", "100", "0|~|---|---"},
+        {1, "15,5", "100", "16|+|237|173"}, {9, "50", "100", "50|+|---|---"},
+        {1, "0", "-", "0|~|0|0"},           {1, "50", "123456789012345678901234567890", "50|+|>4000|>4000"},
     };
     for (const auto& [type, position, resistance, shown] : cases) {
         Rig rig;
@@ -141,7 +117,7 @@ TEST(KdlMonitor, FaultPositionFromWhatTheRowsShow) {
         rig.device.answers = {{":ALMN?", "n= 0"}, {":BTRN?", "n= 9"}, {":BTR? 1", "stop 0"}};
         rig.stopAt(":BTR? 1", 1);
         rig.run();
-        EXPECT_EQ(rig.view.positions, std::vector<FaultPosition>{shown}) << position << ", " << resistance;
+        EXPECT_EQ(rig.position(), shown) << position << ", " << resistance;
     }
 }
 
@@ -160,11 +136,11 @@ TEST(KdlMonitor, APassReadsThisInThisOrderAndStopEndsAfterIt) {
                                                        ":ALMN?", ":ALM? 2", ":BTRN?", ":BTR? 2",  //
                                                        ":ALMN?", ":ALM? 3", ":BTRN?", ":BTR? 3",  //
                                                        ":ALMN?", ":ALM? 4", ":BTRN?", ":BTR? 4"}));
-        EXPECT_EQ(captions({&rig.view.device[0], &rig.view.device[1], &rig.view.device[2],
-                            &rig.view.device[3], &rig.view.device[4]}),
+        EXPECT_EQ(captions({&rig.view.lblDevName, &rig.view.lblSwRegNr, &rig.view.lblSwVer,
+                            &rig.view.lblSwDate, &rig.view.lblSwMb}),
                   "vekQB731-K7W-2|D 1731€\uFFFD|2.12|-|-");
-        EXPECT_EQ(rig.view.row(0), "12||kOhm|Isolationswiderstand");
-        EXPECT_EQ(rig.view.lamps(0), "RWW");
+        EXPECT_EQ(rig.row(0), "12||kOhm|Isolationswiderstand");
+        EXPECT_EQ(rig.lamps(0), "RWW");
         // A shorter list leaves the rows below it.
         rig.device.answers[":ALM? 1"] = "no 0";
         rig.device.answers[":BTR? 1"] = "U/dV 2305";
@@ -173,11 +149,11 @@ TEST(KdlMonitor, APassReadsThisInThisOrderAndStopEndsAfterIt) {
     });
     rig.run();
     EXPECT_EQ(rig.device.commands.size(), 8U);
-    EXPECT_EQ(rig.view.row(0), "230,5||V|Spannung");
-    EXPECT_EQ(rig.view.row(1), "34||kOhm|Impedanz");
-    EXPECT_EQ(rig.view.row(2), "56|||Aktualisierungszähler");
-    EXPECT_EQ(rig.view.lamps(0) + rig.view.lamps(2) + rig.view.lamps(3), "GWWGWW-WW");
-    EXPECT_EQ(rig.view.positions, std::vector<FaultPosition>(2, {0, "~", "---", "---"}));
+    EXPECT_EQ(rig.row(0), "230,5||V|Spannung");
+    EXPECT_EQ(rig.row(1), "34||kOhm|Impedanz");
+    EXPECT_EQ(rig.row(2), "56|||Aktualisierungszähler");
+    EXPECT_EQ(rig.lamps(0) + rig.lamps(2) + rig.lamps(3), "GWWGWW-WW");
+    EXPECT_EQ(rig.position(), "0|~|---|---");
     EXPECT_EQ(rig.test.serial.openings.size(), 1U);
     EXPECT_FALSE(rig.test.serial.isOpen() || rig.test.program.MonitorRunning);
     EXPECT_TRUE(rig.test.desktop.boxes.empty());
@@ -188,11 +164,10 @@ TEST(KdlMonitor, ASilentDeviceFillsFifteenRowsAPassAndIsAskedAgain) {
     rig.stopAt(":BTRN?", 16);
     rig.run();
     EXPECT_EQ(rig.device.commands.size(), 2U + 2 * 15 * 2);
-    EXPECT_EQ(rig.view.device[1].caption.get(), "#TIMEOUT_ERROR#");
-    EXPECT_EQ(rig.view.device[2].caption.get(), "0.00");
-    EXPECT_EQ(rig.view.row(14), "|||Spannung");
-    EXPECT_EQ(rig.view.row(15), "|||");
-    EXPECT_EQ(rig.view.positions.size(), 2U);
+    EXPECT_EQ(rig.view.lblSwRegNr.caption.get(), "#TIMEOUT_ERROR#");
+    EXPECT_EQ(rig.view.lblSwVer.caption.get(), "0.00");
+    EXPECT_EQ(rig.row(14), "|||Spannung");
+    EXPECT_EQ(rig.row(15), "|||");
     EXPECT_TRUE(rig.test.desktop.boxes.empty());
 }
 
@@ -212,7 +187,7 @@ TEST(KdlMonitor, WithoutAnAddressNothingIsSent) {
     EXPECT_EQ(rig.test.desktop.boxes, Boxes{"Fehler|stop|ok|Keine gültige ModBus-Adresse vorhanden"});
     EXPECT_TRUE(rig.test.serial.openings.empty());
     EXPECT_FALSE(rig.test.program.MonitorRunning);
-    EXPECT_EQ(rig.view.device[0].caption.get(), "");
+    EXPECT_EQ(rig.view.lblDevName.caption.get(), "");
 }
 
 TEST(KdlMonitor, TheProgramMayEndAndTheWindowMayCloseAtAnyMoment) {
@@ -227,7 +202,7 @@ TEST(KdlMonitor, TheProgramMayEndAndTheWindowMayCloseAtAnyMoment) {
                 if (rig.test.desktop.eventRounds == moment) {
                     happened = true;
                     rig.device.commands.clear();
-                    rig.view.shown = false;
+                    rig.view.closeBoxPressed();
                     if (ends) {
                         rig.mainWindow.closeBoxPressed();
                     }
