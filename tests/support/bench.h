@@ -18,7 +18,7 @@ class Bench {
   public:
     Bench(int type, bool kdl);
 
-    TestProgram test;
+    TestProgram test{NumberLocale{.decimalPoint = ",", .groupSeparator = "."}};
     SimulatedPeer peer;
     sim::ParameterSet& parameters = peer.line.device().parameters();
 
