@@ -21,7 +21,7 @@ constexpr Channels battery{Insulation,   None,          Voltage, Capacitance,  V
 
 // The faults stay between a fifth of the pre-alarm and well below the alarm threshold that leaves the
 // factory.
-constexpr std::array<DeviceType, 10> types{{
+constexpr std::array<DeviceType, highestDeviceType> types{{
     {1, "vekQB731-K7W-2", withImpedance, 4e6, 500e-6, 230.0, 0.04e-6, 20e3, 1731},
     {2, "vekQC731-K7W-2", withImpedance, 4e6, 500e-6, 230.0, 0.04e-6, 20e3, 2731},
     {3, "vekQA731-K75-2", ordinary, 1e6, 500e-6, 400.0, 1.5e-6, 20e3, 3731},
@@ -33,6 +33,7 @@ constexpr std::array<DeviceType, 10> types{{
     {9, "vekQH731-K7-2", battery, 10e6, 1.6e-6, 216.0, 1.2e-6, 20e3, 9731},
     {10, "vekQLN729-K7-2", ordinary, 2e6, 500e-6, 230.0, 1.0e-6, 20e3, 10729},
 }};
+static_assert(types.back().number == highestDeviceType, "a type lacks its row");
 
 }  // namespace
 

@@ -21,6 +21,9 @@ enum class Quantity : std::uint8_t {
     DisplacementInsulation,
     UpdateCounter,
 };
+// The device types have the numbers 1 to this one.
+inline constexpr std::size_t highestDeviceType = 10;
+
 inline constexpr std::size_t quantityCount = 11;
 inline constexpr std::size_t channelCount = 9;
 
@@ -31,7 +34,7 @@ template <typename... Numbers>
 constexpr TypeSet typeSet(Numbers... numbers) {
     return static_cast<TypeSet>(((1 << numbers) | ...));
 }
-inline constexpr TypeSet allTypes = 0x07FE;
+inline constexpr TypeSet allTypes = (2U << highestDeviceType) - 2U;
 // Those that can be calibrated over the bus.
 inline constexpr TypeSet calibratedTypes = allTypes & ~typeSet(9);
 
@@ -48,10 +51,10 @@ struct DeviceType {
     std::uint16_t softwareId;  // registration number of its software
 };
 
-// All ten types in the order of their numbers.
+// All types in the order of their numbers.
 std::span<const DeviceType> deviceTypes();
 
-// The type with this number, null for a number outside 1..10.
+// The type with this number, null for a number that no type has.
 const DeviceType* findDeviceType(int number);
 
 }  // namespace vek::sim

@@ -79,6 +79,15 @@ constexpr std::array<Layout, 5> layouts{{{typeSet(1, 2), impedanceRows},
                                          {typeSet(9), batteryRows},
                                          {typeSet(10), generatorRows}}};
 
+constexpr TypeSet coveredTypes() {
+    unsigned covered = 0;
+    for (const Layout& layout : layouts) {
+        covered |= layout.types;
+    }
+    return static_cast<TypeSet>(covered);
+}
+static_assert(coveredTypes() == allTypes, "a type lacks its layout");
+
 std::span<const Row> rowsOf(const Device& device) {
     const TypeSet type = typeSet(device.type().number);
     return std::ranges::find_if(layouts, [type](const Layout& l) { return (l.types & type) != 0; })->rows;

@@ -84,6 +84,17 @@ constexpr ParameterRow rows[] = {
     {ResponseDelay2, 3030, batteryType, delay, 0},
 };
 
+constexpr TypeSet typesWith(Parameter parameter) {
+    unsigned types = 0;
+    for (const ParameterRow& row : rows) {
+        types |= row.parameter == parameter ? row.types : 0U;
+    }
+    return static_cast<TypeSet>(types);
+}
+static_assert((typesWith(InsulationWarning) & typesWith(InsulationAlarm)) == allTypes,
+              "a type lacks its ranges");
+static_assert((typesWith(Undervoltage) & typesWith(Overvoltage)) == voltageTypes, "a type lacks its ranges");
+
 constexpr int bitsWithoutParity = 10;
 constexpr int kdlBaudRate = 9600;
 // By the code of the parameter.

@@ -15,7 +15,7 @@ struct Rule {
     std::optional<std::string_view> text;
 };
 
-constexpr std::array<Rule, 10> unitRules = {{
+constexpr auto unitRules = std::to_array<Rule>({
     {"kO", "kOhm"},
     {"V", "V"},
     {"%", "%"},
@@ -26,9 +26,9 @@ constexpr std::array<Rule, 10> unitRules = {{
     {"35FDE 129", ""},
     {"31ANZ 101", ""},
     {"31AER 102", ""},
-}};
+});
 
-constexpr std::array<Rule, 15> nameRules = {{
+constexpr auto nameRules = std::to_array<Rule>({
     {"Re", "Isolationswiderstand"},
     {"Uu", "Unterspannung"},
     {"Uo", "Überspannung"},
@@ -44,7 +44,7 @@ constexpr std::array<Rule, 15> nameRules = {{
     {"n=/TE", std::nullopt},
     {"n=/TI", std::nullopt},
     {"U", "Spannung"},
-}};
+});
 
 constexpr std::string_view deviceFault = "35FDE 129";
 constexpr std::array<std::string_view, 3> tenthsMarks = {"Uo/dV", "Uu/dV", "U/dV"};
