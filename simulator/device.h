@@ -24,7 +24,7 @@ struct Conditions {
 };
 
 struct DeviceOptions {
-    int type = 1;      // 1..10
+    int type = 1;      // 1..highestDeviceType
     std::string name;  // what the device calls itself, up to 20 bytes; empty for the article name of the type
     std::uint16_t address = 3;
     int baudRate = 9600;  // one of the rates of baudCode()

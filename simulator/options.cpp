@@ -67,8 +67,10 @@ struct OptionRow {
 };
 
 constexpr std::array<OptionRow, 17> rows{{
-    {"--type", "N", "device type 1..10 (default 1)",
-     [](ProgramOptions& o, std::string_view t) { return readNumber(t, 1, 10, o.line.device.type); }},
+    {"--type", "N", "device type, one of those below (default 1)",
+     [](ProgramOptions& o, std::string_view t) {
+         return readNumber(t, 1, static_cast<int>(highestDeviceType), o.line.device.type);
+     }},
     {"--name", "TEXT", "device name of up to 20 characters (default: the article name of the type)", setName},
     {"--address", "N", "bus address 0..247 (default 3; written over the bus, only 0 and 3..90 are taken)",
      [](ProgramOptions& o, std::string_view t) {

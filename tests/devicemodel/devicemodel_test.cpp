@@ -23,7 +23,7 @@ TEST(DeviceTypes, GoByTheirNames) {
         const std::string article(type.articleName);
         const std::string display = article.substr(0, 5) + " " + article.substr(5, article.find('-') - 5);
         names.insert(names.end(),
-                     {{article, type.number}, {type.number < 10 ? display : "vekQL 729", type.number}});
+                     {{article, type.number}, {type.number == 10 ? "vekQL 729" : display, type.number}});
     }
     for (const auto& [name, type] : names) {
         EXPECT_EQ(deviceTypeFromName(name), type) << name;
@@ -55,7 +55,7 @@ TEST(DeviceTypes, NameTheChannelsThatTheyHave) {
         }
     }
     EXPECT_EQ(modbusSlotName(9, 1), "");
-    EXPECT_EQ(modbusSlotName(1, 11), "Ze Voralarm/Alarm") << "of a type that there is not";
+    EXPECT_EQ(modbusSlotName(1, highestDeviceType + 1), "Ze Voralarm/Alarm") << "of a type that there is not";
     EXPECT_EQ(kdlSlotName(16, 1), std::nullopt);
 }
 
@@ -97,7 +97,8 @@ TEST(FaultPosition, SplitsTheResistanceBetweenTheSides) {
     }
     EXPECT_EQ(faultPosition(15.5, 0.5, 1).slider, 16);
     EXPECT_EQ(faultPosition(60, 0.5, 1).reNegative, "2") << "exactly 2.5: halves go to the even neighbour";
-    EXPECT_EQ(faultPosition(50, 1e35, 11), (FaultPosition{50, "+", "---", "---"})) << "no such type";
+    EXPECT_EQ(faultPosition(50, 1e35, highestDeviceType + 1), (FaultPosition{50, "+", "---", "---"}))
+        << "no such type";
     EXPECT_EQ(faultPosition(std::nullopt, 100, 1), (FaultPosition{0, "~", "---", "---"}));
     EXPECT_EQ(faultPosition(std::nan(""), 100, 1), (FaultPosition{0, "~", "---", "---"}));
 }
