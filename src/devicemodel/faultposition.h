@@ -9,7 +9,7 @@ namespace vek {
 
 /// Where an insulation fault lies between the two conductors, as the monitor's bar and labels show it.
 struct FaultPosition {
-    int slider = 0;          ///< -100 (all of it on the negative conductor) to +100
+    int slider;              ///< -100 (all of it on the negative conductor) to +100
     std::string_view sign;   ///< "+", "-", or "~" near the middle or without a position
     std::string reNegative;  ///< fault resistance in kOhm on the negative side, without grouping
     std::string rePositive;  ///< the same on the positive side

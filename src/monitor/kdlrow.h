@@ -28,7 +28,7 @@ std::optional<std::string_view> kdlRowName(std::string_view reply);
 struct KdlRowValue {
     std::optional<std::string> value;
     std::string range;
-    bool forcesRed = false;  ///< the indicator turns red whatever list the reply comes from
+    bool forcesRed;  ///< the indicator turns red whatever list the reply comes from
 
     friend bool operator==(const KdlRowValue&, const KdlRowValue&) = default;
 };

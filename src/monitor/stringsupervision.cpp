@@ -28,7 +28,8 @@ constexpr double couplingResistance = 118.8;
 constexpr int shownDecimals = 1;
 constexpr double missing = std::numeric_limits<double>::quiet_NaN();
 
-enum class Situation { CrossFault, StringOpen, VoltageFault, Healthy, Unknown };
+/// What decides how a fault is placed, if at all.
+enum class Situation { CrossFault, Healthy, Other };
 
 struct SituationRow {
     Color stringIndicator;
@@ -40,11 +41,11 @@ struct SituationRow {
 
 constexpr std::array<SituationRow, 4> situations = {{
     {colors::red, colors::green, Situation::CrossFault, "CrossFault", colors::red},
-    {colors::green, colors::red, Situation::StringOpen, "Strang offen", colors::green},
-    {colors::red, colors::red, Situation::VoltageFault, "Spannungsfehler", colors::red},
+    {colors::green, colors::red, Situation::Other, "Strang offen", colors::green},
+    {colors::red, colors::red, Situation::Other, "Spannungsfehler", colors::red},
     {colors::green, colors::green, Situation::Healthy, "Batteriespannung OK", colors::green},
 }};
-constexpr SituationRow unknownSituation = {colors::grey, colors::grey, Situation::Unknown, noValueText,
+constexpr SituationRow unknownSituation = {colors::grey, colors::grey, Situation::Other, noValueText,
                                            colors::grey};
 
 const SituationRow& situationOf(const StringValues& values) {

@@ -56,6 +56,7 @@ TEST(DeviceTypes, NameTheChannelsThatTheyHave) {
     }
     EXPECT_EQ(modbusSlotName(9, 1), "");
     EXPECT_EQ(modbusSlotName(1, highestDeviceType + 1), "Ze Voralarm/Alarm") << "of a type that there is not";
+    EXPECT_EQ(kdlSlotName(2, 0), "Ze Alarm");
     EXPECT_EQ(kdlSlotName(16, 1), std::nullopt);
 }
 

@@ -43,6 +43,19 @@ Stories::State showing(const Texts& controls) {
     return [controls](Bench& bench) { return shown(bench, controls); };
 }
 
+/// How labels are drawn: where their text stands, whether they are fields, in which style.
+Stories::State looking(const Texts& labels) {
+    return [labels](Bench& bench) {
+        std::string all;
+        for (const std::string& name : labels) {
+            const auto& label = dynamic_cast<const Label&>(bench.control(name));
+            all += std::string(1, "LCR"[static_cast<int>(label.align)]) + (label.sunken ? "f" : "") +
+                   "nbtx"[static_cast<int>(label.style)] + " ";
+        }
+        return all.substr(0, all.size() - 1);
+    };
+}
+
 /// For each control whether it has the property.
 Stories::State having(const char* property, const Texts& controls) {
     return [property, controls](Bench& bench) {
@@ -185,6 +198,14 @@ TEST(Monitors, DoAsTheStoriesTell) {
             {"lblMesswert" + row, "lblRange" + row, "lblEinheit" + row, "lblMessName" + row, "LED" + row});
         states["hex" + row] = showing({"lblHexVal" + row, "lblDezVal" + row, "lblChr" + row});
     }
+    states["monitorLook"] = looking({"lblHeading_0", "lblHeading_1", "Label7_0", "lblMesswert_0",
+                                     "lblRange_0", "lblEinheit_0", "lblMessName_0", "lblDevName", "lblSwMb"});
+    states["positionLook"] = looking({"lblRePos", "lblReNeg", "lblFehlerVorzeichen"});
+    states["stringLook"] = looking({"Label28", "Label33", "Label34", "Label35"});
+    states["channelLook"] =
+        looking({"lblHeading_0", "lblMessVal", "lblMessBeschreibung", "lblTestTxt", "lblBezTxt"});
+    states["registerLook"] =
+        looking({"lblHeading_1", "lblRowNumber_9", "lblHexVal_9", "lblDezVal_9", "lblChr_9"});
     states["tests"] = showing({"LED_TEST_INTERN", "LED_TEST_EXTERN"});
     states["device"] = showing({"lblDevName", "lblSwRegNr", "lblSwVer", "lblSwDate", "lblSwMb"});
     states["position"] = showing({"Slider1", "lblFehlerVorzeichen", "lblReNeg", "lblRePos"});
