@@ -1,18 +1,16 @@
 #pragma once
 
-#include <functional>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <random>
+#include <sstream>
 #include <string>
-#include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
-#include "campaign/tables.h"
 #include "simulator/kdlframe.h"
-#include "support/simulatedpeer.h"
-#include "support/testprogram.h"
+#include "support/bench.h"
 
 namespace vek {
 
@@ -20,128 +18,102 @@ namespace vek {
 struct Figures {
     std::map<std::string, std::size_t> counts;
     std::map<std::string, std::size_t> strikes;  ///< by kind of fault
-    std::map<std::string, std::size_t>
-        altered;  ///< of these: the program has read something else than without it
+    /// Of these: the program has read something else than the device meant.
+    std::map<std::string, std::size_t> altered;
     std::vector<std::string> mismatches;
 };
 
-/// One request of the program and what came of it.
-struct Exchange {
-    Bytes request;
-    Bytes received{};                   ///< what the program read while it waited for the reply
-    Bytes sent{};                       ///< the device's reply as it was put on the line, spoiled or not
-    Bytes genuine{};                    ///< the same before it was spoiled; of reads only
-    std::vector<std::string> faults{};  ///< that have struck
-    bool clean = false;                 ///< none, and nothing of an earlier exchange still on its way
-};
-
-/// A simulated device on a line where anything may go wrong at any request, and a record of what the program
-/// was given to read.
+/// Has anything go wrong at any request of a program, as faults.txt lists it, and puts down what a request
+/// has come to: "" = answered, else the plain fault that has to look the same to the user.
 class FaultyLine {
   public:
-    FaultyLine(TestProgram& test, const sim::LineOptions& options, Figures& figures)
-        : test_(test),
-          peer_(test.serial, test.clock, options),
-          figures_(figures),
-          seed_(options.device.seed),
-          random_(seed_) {
-        test.serial.onWrite = [this](std::string_view frame) { begin(frame); };
-        test.serial.peer = [this, device = test.serial.peer](std::string_view frame) {
-            device(frame);
-            busyUntil_ = std::max(busyUntil_, test_.serial.lastArrival().value_or(busyUntil_));
-        };
-        test.serial.onRead = [this](std::string_view bytes) { read(bytes); };
-        peer_.line.setObserver([this](auto direction, auto frame) {
+    FaultyLine(Bench& bench, std::uint32_t seed, Figures& figures)
+        : bench_(bench), figures_(figures), random_(seed), undetectable_(draw(4) == 0) {
+        bench.test.serial.onRead = [this](std::string_view bytes) { read(bytes); };
+        bench.peer.line.setObserver([this](auto direction, auto frame) {
             hear(direction, {frame.begin(), frame.end()});
         });
-        test.desktop.onMessageBox = [this] { test_.clock.advance(Milliseconds{300 + draw(2700)}); };
-        logged_ = test.program.terminalLog.count().observe([this](std::uint64_t lines) { endWait(lines); });
+        bench.test.desktop.onMessageBox = [this] {
+            bench_.test.clock.advance(Milliseconds{300 + draw(2700)});
+            boxShown_ = true;
+        };
     }
 
-    /// Called before each request.
-    std::function<void(const Bytes& frame)> beforeRequest;
+    unsigned faultsInTwelve = 0;  ///< how many of twelve requests meet a fault
 
-    std::size_t requests() const { return requests_; }
-    sim::Device& device() { return peer_.line.device(); }
+    /// To be called before each request.
+    void begin() {
+        end();
+        under_way_ = true;
+        quiet_ = calm_ && bench_.test.clock.now() >= quietFrom_;
+        deadline_ = bench_.test.clock.now() + Milliseconds{isKdl() ? 200 : 1000};
+        ++figures_.counts["requests"];
+        bench_.peer.line.faults().clear();
+        if (unpluggedFor_ == 0 || --unpluggedFor_ == 0) {
+            bench_.test.serial.plugIn();
+            if (draw(12) < faultsInTwelve) {
+                strike();
+            }
+        }
+    }
 
     /// A number from 0 to `end` - 1.
     unsigned draw(unsigned end) { return static_cast<unsigned>(random_() % end); }
 
-    void count(const char* what) { ++figures_.counts[what]; }
+    /// Whether also what the program cannot tell from a good reply goes wrong.
+    bool undetectable() const { return undetectable_; }
 
-    void expect(bool good, const std::string& what) {
-        if (!good) {
-            figures_.mismatches.push_back("seed " + std::to_string(seed_) + ", request " +
-                                          std::to_string(requests_) + ": " + what);
-        }
+    /// Of all requests so far.
+    const Texts& outcomes() {
+        end();
+        return outcomes_;
     }
 
-    /// The exchanges since the last call.
-    std::vector<Exchange> take() {
-        for (const Exchange& exchange : exchanges_) {
-            const bool altered =
-                exchange.sent.empty() || (!exchange.genuine.empty() && exchange.received != exchange.genuine);
-            for (const std::string& fault : exchange.faults) {
-                ++figures_.strikes[fault];
-                // Of two faults nobody knows which of them it was.
-                figures_.altered[fault] += altered && exchange.faults.size() == 1 ? 1U : 0U;
-            }
-            expect(!exchange.clean || (!exchange.sent.empty() && exchange.received == exchange.sent),
-                   "no answer on a clean line");
-        }
-        return std::exchange(exchanges_, {});
+    /// Nothing goes wrong any more; as soon as nothing is on its way, each request is answered.
+    void calmDown() {
+        calm_ = true;
+        faultsInTwelve = 0;
+        unpluggedFor_ = 0;
+        bench_.test.serial.plugIn();
+        quietFrom_ = bench_.test.serial.lastArrival().value_or(quietFrom_);
     }
 
   private:
-    bool isKdl() const { return test_.program.kdlActive(); }
+    bool isKdl() const { return bench_.test.program.kdlActive(); }
 
-    void begin(std::string_view frame) {
-        if (beforeRequest) {
-            beforeRequest(Bytes(frame));
-        }
-        ++requests_;
-        count("requests");
-        peer_.line.faults().clear();
-        drawFaults(exchanges_.emplace_back(Exchange{Bytes(frame)}));
-        deadline_ = test_.clock.now() + Milliseconds{isKdl() ? 200 : 1000};
-        waiting_ = true;
-    }
-
-    /// An adapter that was pulled out comes back right before a request.
-    void drawFaults(Exchange& exchange) {
-        if (unpluggedFor_ > 0 && --unpluggedFor_ > 0) {
+    void strike() {
+        static const std::vector<Texts> kinds = readKinds();
+        const Texts& kind = kinds.at(draw(static_cast<unsigned>(kinds.size())));
+        const std::string& bus = kind.at(isKdl() ? 2 : 1);
+        if (bus == "-" || (bus.ends_with('?') && !undetectable_)) {
             return;
         }
-        test_.serial.plugIn();
-        if (draw(2) == 0) {
-            exchange.clean = test_.serial.isOpen() && test_.clock.now() >= busyUntil_;
-            count(exchange.clean ? "on a clean line" : "right behind another's reply");
-            return;
-        }
-        for (const std::size_t count = draw(6) == 0 ? 2 : 1; exchange.faults.size() < count;) {
-            strike(exchange);
-        }
-    }
-
-    void strike(Exchange& exchange) {
-        static const Table kinds = readTable("faults.txt");
-        const auto& kind = kinds.at(draw(static_cast<unsigned>(kinds.size())));
-        if (kind.at(1) == (isKdl() ? "modbus" : "kdl")) {
-            return;
-        }
-        exchange.faults.push_back(kind[0]);
+        fault_ = kind[0];
         if (kind[0] == "unplugged") {
-            test_.serial.hangUp();
+            bench_.test.serial.hangUp();
             unpluggedFor_ = 1 + draw(5);
             return;
         }
         std::string fault = kind[0];
-        if (kind.size() == 4) {
-            const int lowest = std::stoi(kind[2]);
-            const auto width = static_cast<unsigned>(std::stoi(kind[3]) - lowest);
-            fault += "=" + std::to_string(lowest + static_cast<int>(draw(width + 1)));
+        if (kind.size() == 5) {
+            const auto lowest = static_cast<unsigned>(std::stoi(kind[3]));
+            fault +=
+                "=" + std::to_string(lowest + draw(static_cast<unsigned>(std::stoi(kind[4])) - lowest + 1));
         }
-        peer_.line.faults().add(std::get<sim::LineFault>(sim::parseFault(fault)));
+        bench_.peer.line.faults().add(std::get<sim::LineFault>(sim::parseFault(fault)));
+    }
+
+    static std::vector<Texts> readKinds() {
+        std::ifstream file(CAMPAIGN_FOLDER "/faults.txt");
+        std::vector<Texts> kinds;
+        for (std::string line; std::getline(file, line);) {
+            std::istringstream words(line);
+            Texts row{std::istream_iterator<std::string>(words), {}};
+            if (row.at(0) != "#") {
+                kinds.push_back(row);
+            }
+        }
+        return kinds;
     }
 
     void hear(sim::SimulatedLine::Direction direction, const sim::Bytes& frame) {
@@ -149,51 +121,84 @@ class FaultyLine {
             heard_ = frame;
             return;
         }
-        Exchange& exchange = exchanges_.back();
-        exchange.sent.assign(frame.begin(), frame.end());
+        sim::Device& device = bench_.peer.line.device();
+        meant_.assign(frame.begin(), frame.end());
         if (const auto request = sim::parseKdlRequest(heard_);
             isKdl() && request->command.find('?') != Bytes::npos) {
-            exchange.genuine =
-                sim::kdlReply(request->address, sim::KdlSlave(device()).answer(request->command));
-        } else if (!isKdl() && heard_[1] == 3) {
-            const sim::Bytes reply = sim::ModbusSlave(device()).answer(heard_);
-            exchange.genuine.assign(reply.begin(), reply.end());
+            meant_ = sim::kdlReply(request->address, sim::KdlSlave(device).answer(request->command));
+        } else if (!isKdl() && heard_[1] == functionWriteMultipleRegisters) {
+            meant_.assign(heard_.begin(), heard_.begin() + 6);
+            meant_ += ComputeCrc(meant_);
+        } else if (!isKdl()) {
+            const sim::Bytes reply = sim::ModbusSlave(device).answer(heard_);
+            meant_.assign(reply.begin(), reply.end());
         }
     }
 
+    /// What comes too late, or behind the line end, is read only to be thrown away.
     void read(std::string_view bytes) {
-        waiting_ = waiting_ && test_.clock.now() <= deadline_;
-        if (waiting_) {
-            exchanges_.back().received += bytes;
-            waiting_ = !(isKdl() && exchanges_.back().received.ends_with("\r\n"));
+        if (bench_.test.clock.now() <= deadline_ && !(isKdl() && received_.ends_with("\r\n"))) {
+            received_ += bytes;
         }
     }
 
-    /// The program puts down in its log what it has read.
-    void endWait(std::uint64_t logLines) {
-        const LogLine line = waiting_ ? test_.program.terminalLog.line(logLines - 1) : LogLine{};
-        if (line.color == LogColor::Black) {
+    /// Looks back at the request before.
+    void end() {
+        if (!std::exchange(under_way_, false)) {
             return;
         }
-        expect(test_.clock.now() <= deadline_, "waited beyond the time limit");
-        expect(isKdl() || line.bytes == exchanges_.back().received,
-               "the terminal shows other bytes than were read");
-        waiting_ = isKdl();
+        outcomes_.push_back(outcome());
+        if (quiet_ && !outcomes_.back().empty()) {
+            figures_.mismatches.push_back("no answer on a quiet line: " + received_ + " for " + meant_);
+        }
+        if (!fault_.empty()) {
+            ++figures_.strikes[fault_];
+            figures_.altered[fault_] += meant_.empty() || received_ != meant_ ? 1U : 0U;
+        }
+        fault_.clear();
+        received_.clear();
+        meant_.clear();
+        boxShown_ = false;
     }
 
-    TestProgram& test_;
-    SimulatedPeer peer_;
+    /// Where the good reply stands among other bytes, the program may take it or not, but it must then say
+    /// so.
+    std::string outcome() const {
+        // What stands behind the "&" of a KDL reply is not looked at.
+        const std::size_t checked = isKdl() ? meant_.find('&') : Bytes::npos;
+        const bool whole = !meant_.empty() && (!isKdl() || received_.ends_with("\r\n"));
+        if (whole && received_.substr(0, checked) == meant_.substr(0, checked)) {
+            return "";
+        }
+        const sim::Bytes frame(received_.begin(), received_.end());
+        if (!isKdl() && frame.size() == 5 && sim::hasValidCrc(frame) && frame[0] == heard_[0] &&
+            frame[1] == (heard_[1] | 0x80U)) {
+            return "exception=" + std::to_string(frame[2]);
+        }
+        const bool within = !meant_.empty() && received_.find(meant_) != Bytes::npos;
+        if (within && !isKdl() && !boxShown_) {
+            return "";
+        }
+        const bool carriedOut = !meant_.empty() && fault_ != "exception";
+        return !carriedOut ? "silence" : isKdl() ? "unended" : "crc";
+    }
+
+    Bench& bench_;
     Figures& figures_;
-    const std::uint32_t seed_;
     std::mt19937 random_;
-    std::vector<Exchange> exchanges_;
-    std::size_t requests_ = 0;
-    bool waiting_ = false;  // for the reply to the last exchange
+    const bool undetectable_;
+    Texts outcomes_;
+    bool calm_ = false;
+    bool quiet_ = false;  // at the last request
+    TimePoint quietFrom_;
+    bool under_way_ = false;  // a request, of which the following tell
+    std::string fault_;
+    Bytes received_;    // what the program has read since
+    Bytes meant_;       // what the device has to say to it
+    sim::Bytes heard_;  // by the device
+    bool boxShown_ = false;
     TimePoint deadline_;
     unsigned unpluggedFor_ = 0;  // requests
-    TimePoint busyUntil_;        // the last byte of all replies so far, should it not be lost before
-    sim::Bytes heard_;
-    Subscription logged_;
 };
 
 }  // namespace vek

@@ -18,16 +18,20 @@ unsigned word(const Bytes& frame, std::size_t offset) {
     return static_cast<unsigned char>(frame[offset]) * 256U + static_cast<unsigned char>(frame[offset + 1]);
 }
 
-Control* findIn(const Box& box, const std::string& name) {
-    if (box.control != nullptr && box.control->name == name) {
-        return box.control;
+template <class Do>
+void eachControl(const Box& box, const Do& act) {
+    if (box.control != nullptr) {
+        act(*box.control);
     }
     for (const Box& part : box.parts) {
-        if (Control* found = findIn(part, name)) {
-            return found;
-        }
+        eachControl(part, act);
     }
-    return nullptr;
+}
+
+Control* findIn(const Box& box, const std::string& name) {
+    Control* found = nullptr;
+    eachControl(box, [&](Control& control) { found = control.name == name ? &control : found; });
+    return found;
 }
 
 template <class Controls>
@@ -100,7 +104,8 @@ std::string valueOf(const Control& control) {
 
 }  // namespace
 
-Bench::Bench(int type, bool kdl) : peer(test.serial, test.clock, lineOf(type, kdl)) {
+Bench::Bench(int type, bool kdl, SerialControl* line)
+    : test({}, line), peer(test.serial, test.clock, lineOf(type, kdl)) {
     kdl ? test.configureKdl() : test.configure();
     test.program.DeviceType = static_cast<std::uint8_t>(type);
     test.program.DeviceName = peer.line.device().name();
@@ -210,6 +215,17 @@ std::string Bench::stateOf(const std::string& name) {
         return "";
     }
     return part == ".caption" ? captionOf(named) : part == ".toolTip" ? named.toolTip.get() : valueOf(named);
+}
+
+std::map<std::string, std::string> Bench::shown(Form& form) const {
+    std::map<std::string, std::string> all;
+    eachControl(form.layout(), [&all](const Control& control) {
+        if (dynamic_cast<const Button*>(&control) == nullptr) {
+            all[control.name] =
+                valueOf(control) + (control.enabled ? "" : " disabled") + (control.visible ? "" : " hidden");
+        }
+    });
+    return all;
 }
 
 }  // namespace vek

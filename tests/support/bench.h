@@ -16,7 +16,8 @@ using Texts = std::vector<std::string>;
 /// open windows are used by name, as the user does.
 class Bench {
   public:
-    Bench(int type, bool kdl);
+    /// `line` takes the place of the fake one, on which alone requests are put down and replies prepared.
+    Bench(int type, bool kdl, SerialControl* line = nullptr);
 
     TestProgram test{NumberLocale{.decimalPoint = ",", .groupSeparator = "."}};
     SimulatedPeer peer;
@@ -41,6 +42,10 @@ class Bench {
     /// A property of a control: of a text box its text, of what can be set "on" or "off", of all else its
     /// caption. "name.enabled", "name.visible", "name.caption", "name.toolTip" and the like tell more.
     std::string stateOf(const std::string& name);
+
+    /// What a window shows: by name the values of its controls, but for those of its buttons, with a mark
+    /// behind what is disabled or hidden.
+    std::map<std::string, std::string> shown(Form& form) const;
 
   private:
     std::string requestIn(const Bytes& frame);
