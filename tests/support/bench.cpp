@@ -105,7 +105,8 @@ std::string valueOf(const Control& control) {
 }  // namespace
 
 Bench::Bench(int type, bool kdl, SerialControl* line)
-    : test({}, line), peer(test.serial, test.clock, lineOf(type, kdl)) {
+    : test({.decimalPoint = ",", .groupSeparator = "."}, line),
+      peer(test.serial, test.clock, lineOf(type, kdl)) {
     kdl ? test.configureKdl() : test.configure();
     test.program.DeviceType = static_cast<std::uint8_t>(type);
     test.program.DeviceName = peer.line.device().name();

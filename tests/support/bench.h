@@ -19,7 +19,7 @@ class Bench {
     /// `line` takes the place of the fake one, on which alone requests are put down and replies prepared.
     Bench(int type, bool kdl, SerialControl* line = nullptr);
 
-    TestProgram test{NumberLocale{.decimalPoint = ",", .groupSeparator = "."}};
+    TestProgram test;  ///< numbers as in Germany
     SimulatedPeer peer;
     sim::ParameterSet& parameters = peer.line.device().parameters();
 
