@@ -163,9 +163,10 @@ TEST_F(FormViewTest, LettersPressButtonsTogetherWithAlt) {
         << "a press takes a moment to see";
     EXPECT_EQ(form.happened, (Happened{"ok", "check"}));
 
-    form.ok.caption = "Nehmen & gehen";
-    EXPECT_EQ(screen.view<QPushButton>("cmdOK").shortcut(), QKeySequence(QStringLiteral("Alt+B")))
-        << "an & in a text is no key";
+    form.ok.caption = "Nehmen & abgeben";
+    const auto& button = screen.view<QPushButton>("cmdOK");
+    EXPECT_EQ(button.shortcut(), QKeySequence(QStringLiteral("Alt+B"))) << "an & in a text is no key";
+    EXPECT_EQ(button.accessibleName(), QStringLiteral("Nehmen & abgeben"));
 }
 
 TEST_F(FormViewTest, AHandlerMayCloseItsOwnWindow) {

@@ -90,6 +90,19 @@ TEST_F(MainWindowTest, MenusWorkFromTheKeyboard) {
     EXPECT_EQ(form.happened, (Happened{"monitor", "info"}));
 }
 
+TEST_F(MainWindowTest, LettersOfEntriesThatCannotBeUsedAreFreeForTheWindowInside) {
+    DemoChild& child = screen.open(std::make_unique<DemoChild>());
+    for (MenuItem* entry : form.menu()) {
+        entry->enabled = false;
+    }
+    screen.view("txtAdresse").setFocus();
+    screen.press(Qt::Key_S, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return child.happened == Happened{"cancel"}; }));
+    form.info.enabled = true;
+    screen.press(Qt::Key_I, Qt::AltModifier);
+    EXPECT_EQ(form.happened, Happened{"info"});
+}
+
 TEST_F(MainWindowTest, GeometryGoesBothWaysInTwips) {
     EXPECT_EQ(form.geometry.width.get(), screen.mainView().frameGeometry().width() * 15)
         << "its own size is reported";

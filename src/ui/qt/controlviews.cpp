@@ -1,5 +1,6 @@
 #include "ui/qt/controlviews.h"
 
+#include <QAbstractButton>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFontDatabase>
@@ -14,7 +15,6 @@
 
 #include "ui/qt/indicators.h"
 #include "ui/qt/logview.h"
-#include "ui/qt/mnemonics.h"
 #include "ui/qt/optionradio.h"
 #include "ui/qt/qttext.h"
 #include "ui/qt/twips.h"
@@ -121,21 +121,25 @@ QWidget* makeTextBox(TextBox& control, QWidget& parent, Links& links) {
     return edit;
 }
 
+/// Whoever reads the button aloud is told the caption itself.
+void showCaption(Property<std::string>& caption, char letter, QAbstractButton& button, Links& links) {
+    links.show(caption, [&button, letter](const std::string& text) {
+        button.setText(captionText(text, letter));
+        button.setAccessibleName(toQt(text));
+    });
+}
+
 QWidget* makeButton(Button& control, QWidget& parent, Links& links) {
     auto* button = new QPushButton(&parent);
     button->setAutoDefault(true);  // Enter presses the button that has the focus
-    links.show(control.caption, [button, key = control.mnemonic](const std::string& text) {
-        setButtonText(*button, toQt(text), key);
-    });
+    showCaption(control.caption, control.mnemonic, *button, links);
     links.on(button, &QPushButton::clicked, [&control, &links] { links.call(control.click); });
     return button;
 }
 
 QWidget* makeCheckBox(CheckBox& control, QWidget& parent, Links& links) {
     auto* box = new QCheckBox(&parent);
-    links.show(control.caption, [box, key = control.mnemonic](const std::string& text) {
-        setButtonText(*box, toQt(text), key);
-    });
+    showCaption(control.caption, control.mnemonic, *box, links);
     links.show(control.value, [box](bool set) { box->setChecked(set); });
     links.on(box, &QCheckBox::toggled,
              [&control, &links](bool set) { links.change(control.value, set, control.click); });
@@ -144,7 +148,7 @@ QWidget* makeCheckBox(CheckBox& control, QWidget& parent, Links& links) {
 
 QWidget* makeOption(OptionButton& control, QWidget& parent, Links& links) {
     auto* radio = new OptionRadio(control, parent);
-    links.show(control.caption, [radio](const std::string& text) { setButtonText(*radio, toQt(text), 0); });
+    showCaption(control.caption, 0, *radio, links);
     links.show(control.value, [radio](bool set) {
         radio->setChecked(set);
         radio->updateTabStop();
@@ -204,7 +208,7 @@ QWidget* makeComboBox(ComboBox& control, QWidget& parent, Links& links) {
 
 QWidget* makeFrame(Frame& control, QWidget& parent, Links& links) {
     auto* group = new QGroupBox(&parent);
-    links.show(control.caption, [group](const std::string& text) { group->setTitle(toQt(text)); });
+    links.show(control.caption, [group](const std::string& text) { group->setTitle(captionText(text)); });
     return group;
 }
 

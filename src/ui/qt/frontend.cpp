@@ -8,14 +8,14 @@
 #include "ui/qt/besidewindow.h"
 #include "ui/qt/childwindow.h"
 #include "ui/qt/endsignals.h"
+#include "ui/qt/frontstyle.h"
 #include "ui/qt/icons.h"
 #include "ui/qt/mainwindow.h"
-#include "ui/qt/mnemonics.h"
 
 namespace vek {
 
 FrontEnd::FrontEnd() : endSignals_(std::make_unique<EndSignals>([this] { requestEnd(); })) {
-    QApplication::setStyle(new MnemonicStyle(QStringLiteral("Fusion")));
+    QApplication::setStyle(new FrontStyle(QStringLiteral("Fusion")));
     QApplication::setWindowIcon(programIcon());
     QApplication::setQuitOnLastWindowClosed(false);  // the program decides when it ends
     QCoreApplication::installTranslator(&texts_);

@@ -7,10 +7,10 @@
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QToolBar>
+#include <algorithm>
 
 #include "ui/qt/controlviews.h"
 #include "ui/qt/icons.h"
-#include "ui/qt/mnemonics.h"
 #include "ui/qt/qttext.h"
 
 namespace vek {
@@ -44,7 +44,6 @@ QAction* addItem(MenuItem& item, QWidget& parent, Links& links);
 QAction* addSubmenu(MenuItem& item, QWidget& parent, Links& links) {
     auto* const menu = new QMenu(&parent);
     menu->setObjectName(toQt(item.name));
-    addMenuKeys(*menu);
     for (MenuItem* child : item.items) {
         addItem(*child, *menu, links);
     }
@@ -69,9 +68,10 @@ QAction* addItem(MenuItem& item, QWidget& parent, Links& links) {
     QAction* const action =
         item.items.empty() ? addPlainItem(item, parent, links) : addSubmenu(item, parent, links);
     if (!item.isSeparator()) {  // which the toolkit would draw with its text
-        links.show(item.caption, [action](const std::string& text) { action->setText(toQt(text)); });
+        links.show(item.caption, [action, letter = item.mnemonic](const std::string& text) {
+            action->setText(captionText(text, letter));
+        });
     }
-    setActionLetter(*action, item.mnemonic);
     bindAction(item, *action, links);
     return action;
 }
@@ -94,6 +94,14 @@ void addToolButton(ToolButton& button, const ToolBar& control, QToolBar& bar, Li
     bar.addAction(action);
 }
 
+/// The toolkit's bar keeps the letters of its entries while they cannot be used; a button of the window
+/// inside may have the same ones.
+void giveUpLetters(QMenuBar& bar) {
+    const auto actions = bar.actions();
+    bar.setEnabled(std::any_of(actions.begin(), actions.end(),
+                               [](const QAction* action) { return action->isEnabled(); }));
+}
+
 }  // namespace
 
 void makeMenu(const std::vector<MenuItem*>& items, QMainWindow& window, Links& links) {
@@ -102,7 +110,8 @@ void makeMenu(const std::vector<MenuItem*>& items, QMainWindow& window, Links& l
     }
     QMenuBar& bar = *window.menuBar();
     for (MenuItem* item : items) {
-        addMenuBarKey(bar, *addItem(*item, bar, links));
+        addItem(*item, bar, links);
+        links.show(item->enabled, [&bar](bool /*enabled*/) { giveUpLetters(bar); });
     }
 }
 
