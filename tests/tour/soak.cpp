@@ -1,10 +1,11 @@
+#include "soak.h"
+
 #include <QFile>
+#include <QMessageBox>
 #include <QThread>
 #include <QWidget>
 
-#include "chapters.h"
-#include "steps.h"
-#include "tour.h"
+#include "script.h"
 
 namespace {
 
@@ -19,18 +20,6 @@ void leave(const QString& name, const QString& text) {
     if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0) {
         throw TourFailure(u"cannot write %1"_s.arg(file.fileName()));
     }
-}
-
-void startMonitor(Tour& tour) {
-    tour.step(u"the device at address 3, its monitor"_s);
-    tour.menu({u"Einstellungen"_s, u"Geräteadresse"_s});
-    tour.type(u"cmbGeraeteAdresse"_s, u"3"_s);
-    tour.press(u"btnÜbernehmen"_s);
-    tour.answer(u"Hinweis"_s, u"Das Gerät vekQB731-K7W-2 wurde gefunden!"_s, QMessageBox::Ok);
-    tour.menu({u"Start"_s, u"Geräte"_s, u"Monitor"_s});
-    tour.press(u"cmdRunMonitor"_s);
-    tour.waitFor(u"a value"_s,
-                 [] { return !Tour::find(u"lblMesswert_0"_s)->property("text").toString().isEmpty(); });
 }
 
 /// Looks away as long as it can: what is measured is the program. Answers message boxes and counts them.
@@ -65,17 +54,20 @@ QString contentOfTerminal(const QString& log, bool asDigits) {
 
 }  // namespace
 
-void soak(Tour& tour) {
-    tour.chapter(u"Soak"_s);
-    startMonitor(tour);
-    const bool asDigits = tour.text(u"frmMbMonitor"_s).startsWith(u"ModBus"_s);
+void soak(Script& script) {
+    script.run(u"soak.tour"_s);
+    const auto textOf = [](const QString& name) {
+        return Tour::inProgram([&] { return Tour::textOf(Tour::find(name)); });
+    };
+    const bool asDigits = textOf(u"frmMbMonitor"_s).startsWith(u"ModBus"_s);
     leave(u"polling"_s, {});
     const int boxes = pollUntilStopped();
-    stopMonitor(tour);
-    const QString content = contentOfTerminal(tour.text(u"RichTextBox1"_s), asDigits);
+    script.run(u"stop.tour"_s, {{u"STOP"_s, u"Stop"_s}});
+    const QString content = contentOfTerminal(textOf(u"RichTextBox1"_s), asDigits);
     leave(u"terminal.txt"_s, content);
     std::printf("terminal: lines, bytes, empty lines: %sboxes: %d\n", content.toUtf8().constData(), boxes);
     if (boxes > 0) {
         throw TourFailure(u"%1 message boxes"_s.arg(boxes));
     }
+    script.run(u"end.tour"_s);
 }

@@ -8,8 +8,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPixmap>
 #include <QPointer>
 #include <QTest>
@@ -19,6 +22,8 @@
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 constexpr int lookInterval = 10;  // milliseconds
 
 /// How many times longer than usual everything may take, as under a tool that slows the program down.
@@ -26,39 +31,21 @@ int patience() {
     return std::max(1, qEnvironmentVariableIntValue("TOUR_PATIENCE"));
 }
 
-void print(const QString& line) {
-    std::printf("%s\n", line.toUtf8().constData());
-    std::fflush(stdout);
+/// Starts in the program's thread without waiting for the end: it may open a message box.
+void start(std::function<void()> action) {
+    QMetaObject::invokeMethod(qApp, std::move(action), Qt::QueuedConnection);
 }
 
-QString textOf(const QWidget* widget) {
-    if (const auto* label = qobject_cast<const QLabel*>(widget)) {
-        return label->text();
-    }
-    if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) {
-        return button->text();
-    }
-    if (const auto* edit = qobject_cast<const QLineEdit*>(widget)) {
-        return edit->text();
-    }
-    if (const auto* combo = qobject_cast<const QComboBox*>(widget)) {
-        return combo->currentText();
-    }
-    if (const auto* group = qobject_cast<const QGroupBox*>(widget)) {
-        return group->title();
-    }
-    const QVariant plainText = widget->property("plainText");
-    return plainText.isValid() ? plainText.toString() : widget->windowTitle();
+QString withoutMarks(QString text) {
+    text.replace(u"&&"_s, QString(QChar::Null)).remove(u'&').replace(QChar::Null, u'&');
+    return text;
 }
 
-/// The menu bar's or menu's entry with this text, mnemonic mark or not.
 QAction* entry(const QWidget* menu, const QString& text) {
-    for (QAction* action : menu->actions()) {
-        if (action->text().remove(QLatin1Char('&')) == text) {
-            return action;
-        }
-    }
-    return nullptr;
+    const QList<QAction*> actions = menu->actions();
+    const auto found = std::ranges::find_if(
+        actions, [&](const QAction* action) { return withoutMarks(action->text()) == text; });
+    return found == actions.end() ? nullptr : *found;
 }
 
 QMessageBox* openBox() {
@@ -66,18 +53,83 @@ QMessageBox* openBox() {
     return box != nullptr && box->isVisible() ? box : nullptr;
 }
 
+void waitForWidget(const QString& name) {
+    Tour::waitFor(u"a visible %1"_s.arg(name), [&] { return Tour::find(name) != nullptr; });
+}
+
+void clickOn(QWidget* widget) {
+    const bool hasMark = widget->inherits("QRadioButton") || widget->inherits("QCheckBox");
+    QTest::mouseClick(widget, Qt::LeftButton, {},
+                      hasMark ? QPoint(8, widget->height() / 2) : widget->rect().center());
+}
+
+QWidget* windowInFront() {
+    const auto* area = Tour::find(u"frmModBus"_s)->findChild<QMdiArea*>();
+    const QMdiSubWindow* window = area->currentSubWindow();
+    return window == nullptr ? Tour::find(u"frmModBus"_s) : window->widget();
+}
+
+/// Null unless just one button has the caption.
+QAbstractButton* buttonWith(const QString& frame, const QString& caption) {
+    QAbstractButton* found = nullptr;
+    for (auto* button : windowInFront()->findChildren<QAbstractButton*>()) {
+        const auto* group = qobject_cast<QGroupBox*>(button->parentWidget());
+        const bool inFrame = frame.isEmpty() || (group != nullptr && Tour::textOf(group) == frame);
+        if (button->isVisible() && inFrame && Tour::textOf(button) == caption) {
+            if (found != nullptr) {
+                return nullptr;
+            }
+            found = button;
+        }
+    }
+    return found;
+}
+
+QRect placeOf(const QWidget* widget) {
+    return {widget->mapTo(widget->window(), QPoint()), widget->size()};
+}
+
+/// The controls that hold no others.
+QList<QWidget*> controlsOf(const QWidget* form) {
+    QList<QWidget*> controls;
+    for (QWidget* widget : form->findChildren<QWidget*>()) {
+        const bool parts = widget->inherits("QGroupBox") || widget->inherits("QComboBox");
+        const bool own = !widget->objectName().isEmpty() && !widget->objectName().startsWith(u"qt_"_s);
+        if (own && !parts && widget->isVisible() && widget->window() == form->window()) {
+            controls.append(widget);
+        }
+    }
+    return controls;
+}
+
+/// What is not as it must be; empty when all is well.
+QString faultIn(const QWidget* form) {
+    const QList<QWidget*> controls = controlsOf(form);
+    for (const QWidget* control : controls) {
+        const bool shorter = control->inherits("QLabel") || control->inherits("QAbstractButton");
+        const QSize needed = control->minimumSizeHint();
+        if (shorter && (control->width() < needed.width() || control->height() < needed.height())) {
+            return control->objectName() + u" is cut"_s;
+        }
+        if (!placeOf(form).contains(placeOf(control)) ||
+            control->visibleRegion().boundingRect().size() != control->size()) {
+            return control->objectName() + u" is not to be seen as a whole"_s;
+        }
+        for (const QWidget* other : controls) {
+            if (other != control && !other->isAncestorOf(control) && !control->isAncestorOf(other) &&
+                placeOf(other).intersects(placeOf(control))) {
+                return control->objectName() + u" lies over "_s + other->objectName();
+            }
+        }
+    }
+    return {};
+}
+
 }  // namespace
 
-void Tour::chapter(const QString& title) {
-    print(QStringLiteral("\n== %1").arg(title));
-}
-
-void Tour::step(const QString& what) {
-    print(QStringLiteral("%1. %2").arg(++steps_, 3).arg(what));
-}
-
-void Tour::saw(const QString& what) {
-    print(QStringLiteral("       -> %1").arg(what));
+void Tour::print(const QString& line) {
+    std::printf("%s\n", line.toUtf8().constData());
+    std::fflush(stdout);
 }
 
 void Tour::waitFor(const QString& what, const std::function<bool()>& condition, int seconds) {
@@ -85,7 +137,7 @@ void Tour::waitFor(const QString& what, const std::function<bool()>& condition, 
     timer.start();
     while (!inProgram(condition)) {
         if (timer.elapsed() > qint64{seconds} * 1000 * patience()) {
-            throw TourFailure(QStringLiteral("not seen within %1 s: %2").arg(seconds).arg(what));
+            throw TourFailure(u"not seen within %1 s: %2"_s.arg(seconds).arg(what));
         }
         QThread::msleep(lookInterval);
     }
@@ -108,76 +160,49 @@ QWidget* Tour::find(const QString& name) {
     return nullptr;
 }
 
-void Tour::waitForWidget(const QString& name) {
-    waitFor(QStringLiteral("a visible %1").arg(name), [&] { return find(name) != nullptr; });
+QString Tour::textOf(const QWidget* widget) {
+    for (const char* property : {"text", "currentText", "title", "plainText"}) {
+        const QVariant text = widget->property(property);
+        if (text.isValid()) {
+            const bool marked = widget->inherits("QAbstractButton") || widget->inherits("QGroupBox");
+            return marked ? withoutMarks(text.toString()) : text.toString();
+        }
+    }
+    return widget->windowTitle();
 }
 
-QString Tour::text(const QString& name) {
-    waitForWidget(name);
-    return inProgram([&] { return textOf(find(name)); });
-}
-
-void Tour::expectText(const QString& name, const QString& expected) {
-    waitForWidget(name);
-    waitFor(QStringLiteral("%1 = \"%2\", but \"%3\"").arg(name, expected, text(name)),
-            [&] { return textOf(find(name)) == expected; });
-    saw(QStringLiteral("%1 shows \"%2\"").arg(name, expected));
-}
-
-bool Tour::isEnabled(const QString& name) {
-    waitForWidget(name);
-    return inProgram([&] { return find(name)->isEnabled(); });
-}
-
-QColor Tour::indicator(const QString& name) {
-    waitForWidget(name);
-    return inProgram([&] {
-        QWidget* widget = find(name);
-        return widget->grab().toImage().pixelColor(widget->rect().center());
-    });
-}
-
-void Tour::start(std::function<void()> action) {
-    QMetaObject::invokeMethod(qApp, std::move(action), Qt::QueuedConnection);
-}
-
-void Tour::menu(const QStringList& path, const QString& pictureFile) {
-    const auto popUp = [](const QString& text) {
-        return [text] {
-            auto* shown = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            return shown != nullptr && entry(shown, text) != nullptr;
-        };
-    };
-    waitForWidget(QStringLiteral("frmModBus"));
+void Tour::menu(const QStringList& path, const QString& pictureFile) const {
+    waitForWidget(u"frmModBus"_s);
     start([text = path.first()] {
-        auto* bar = qobject_cast<QMainWindow*>(find(QStringLiteral("frmModBus")))->menuBar();
+        auto* bar = qobject_cast<QMainWindow*>(find(u"frmModBus"_s))->menuBar();
         QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(entry(bar, text)).center());
     });
-    for (int index = 1; index < path.size(); ++index) {
-        const QString text = path[index];
-        waitFor(QStringLiteral("menu entry %1").arg(text), popUp(text));
-        if (index == path.size() - 1 && !pictureFile.isEmpty()) {
-            const QString file = folder_ + QLatin1Char('/') + pictureFile;
-            inProgram([&] { return QApplication::activePopupWidget()->grab().save(file); });
+    for (const QString& text : path.sliced(1)) {
+        const auto shown = [] { return qobject_cast<QMenu*>(QApplication::activePopupWidget()); };
+        waitFor(u"menu entry %1"_s.arg(text),
+                [&] { return shown() != nullptr && entry(shown(), text) != nullptr; });
+        if (text == path.last() && !pictureFile.isEmpty()) {
+            inProgram([&] { return shown()->grab().save(folder_ + u'/' + pictureFile); });
         }
-        start([text] {
-            QWidget* shown = QApplication::activePopupWidget();
-            auto* menu = qobject_cast<QMenu*>(shown);
-            QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(entry(menu, text)).center());
+        start([text, shown] {
+            QTest::mouseClick(shown(), Qt::LeftButton, {},
+                              shown()->actionGeometry(entry(shown(), text)).center());
         });
     }
 }
 
-void Tour::press(const QString& name) {
-    waitForWidget(name);
-    waitFor(QStringLiteral("%1 can be pressed").arg(name), [&] { return find(name)->isEnabled(); });
-    start([name] {
-        if (QWidget* widget = find(name)) {
-            const bool hasMark = widget->inherits("QRadioButton") || widget->inherits("QCheckBox");
-            const QPoint place = hasMark ? QPoint(8, widget->height() / 2) : widget->rect().center();
-            QTest::mouseClick(widget, Qt::LeftButton, {}, place);
-        }
+void Tour::press(const QString& frame, const QString& caption) {
+    waitFor(u"just one button %1 %2 that can be pressed"_s.arg(frame, caption), [&] {
+        const QAbstractButton* button = buttonWith(frame, caption);
+        return button != nullptr && button->isEnabled();
     });
+    start([frame, caption] { clickOn(buttonWith(frame, caption)); });
+}
+
+void Tour::click(const QString& name) {
+    waitFor(u"%1 can be pressed"_s.arg(name),
+            [&] { return find(name) != nullptr && find(name)->isEnabled(); });
+    start([name] { clickOn(find(name)); });
 }
 
 void Tour::type(const QString& name, const QString& typed) {
@@ -186,6 +211,7 @@ void Tour::type(const QString& name, const QString& typed) {
         QWidget* widget = find(name);
         widget->setFocus();
         QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(widget, Qt::Key_Delete);
         QTest::keyClicks(widget, typed);
         return true;
     });
@@ -193,48 +219,37 @@ void Tour::type(const QString& name, const QString& typed) {
 
 void Tour::key(const QString& name, Qt::Key pressed) {
     waitForWidget(name);
-    start([name, pressed] {
-        if (QWidget* widget = find(name)) {
-            QTest::keyClick(widget, pressed);
-        }
-    });
+    start([name, pressed] { QTest::keyClick(find(name), pressed); });
 }
 
-void Tour::answer(const QString& title, const QString& boxText, QMessageBox::StandardButton button,
-                  const QString& pictureFile) {
-    waitFor(QStringLiteral("a message box \"%1\"").arg(title), [] { return openBox() != nullptr; });
-    const QString seenTitle = inProgram([] { return openBox()->windowTitle(); });
-    const QString seenText = inProgram([] { return openBox()->text(); });
-    saw(QStringLiteral("message box \"%1\": %2")
-            .arg(seenTitle, QString(seenText).replace(QLatin1Char('\n'), QLatin1Char('|'))));
-    if (seenTitle != title || seenText != boxText) {
-        throw TourFailure(QStringLiteral("expected message box \"%1\": %2").arg(title, boxText));
+void Tour::answer(const QString& title, const QString& boxText, const QString& pictureFile) const {
+    waitFor(u"a message box \"%1\""_s.arg(title), [] { return openBox() != nullptr; });
+    const QString seen = inProgram([] { return openBox()->windowTitle() + u": "_s + openBox()->text(); });
+    if (seen != title + u": "_s + boxText) {
+        throw TourFailure(u"expected message box \"%1: %2\", not \"%3\""_s.arg(title, boxText, seen));
     }
     if (!pictureFile.isEmpty()) {
-        const QString file = folder_ + QLatin1Char('/') + pictureFile;
-        inProgram([&] { return openBox()->grab().save(file); });
+        inProgram([&] { return openBox()->grab().save(folder_ + u'/' + pictureFile); });
     }
     const auto box = inProgram([] { return QPointer<QMessageBox>(openBox()); });
-    start([button] {
-        if (QMessageBox* shown = openBox()) {
-            QTest::mouseClick(shown->button(button), Qt::LeftButton);
-        }
-    });
-    waitFor(QStringLiteral("the message box closes"), [&] { return box.isNull() || !box->isVisible(); });
+    start([box] { QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton); });
+    waitFor(u"the message box closes"_s, [&] { return box.isNull() || !box->isVisible(); });
 }
 
-void Tour::picture(const QString& name, const QString& file) {
+void Tour::picture(const QString& name, const QString& file) const {
     waitForWidget(name);
-    const QString path = folder_ + QLatin1Char('/') + file;
-    if (!inProgram([&] { return find(name)->window()->grab().save(path); })) {
-        throw TourFailure(QStringLiteral("cannot write %1").arg(path));
+    const QString fault = inProgram([&] {
+        const bool saved = find(name)->window()->grab().save(folder_ + u'/' + file);
+        return saved ? faultIn(find(name)) : u"it cannot be written"_s;
+    });
+    if (!fault.isEmpty()) {
+        throw TourFailure(u"picture %1: %2"_s.arg(file, fault));
     }
-    saw(QStringLiteral("picture %1").arg(file));
 }
 
-void Tour::complete() {
-    QFile mark(folder_ + QStringLiteral("/complete"));
+void Tour::complete() const {
+    QFile mark(folder_ + u"/complete"_s);
     if (!mark.open(QIODevice::WriteOnly)) {
-        throw TourFailure(QStringLiteral("cannot write %1").arg(mark.fileName()));
+        throw TourFailure(u"cannot write %1"_s.arg(mark.fileName()));
     }
 }

@@ -2,51 +2,29 @@
 
 #include <QObject>
 #include <QString>
-#include <algorithm>
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <thread>
 
-#include "chapters.h"
+#include "script.h"
+#include "soak.h"
 #include "tour.h"
 
 namespace {
 
 using namespace Qt::StringLiterals;
 
-void allWindows(Tour& tour) {
-    mainJob(tour);
-    registerTools(tour);
-    kdlBus(tour);
-    battery(tour);
-    parameters(tour);
-    kdlDeviceWork(tour);
-}
-
-void secondRun(Tour& tour) {
-    modbusDeviceWork(tour);
-    endProgram(tour);
-}
-
-void longRun(Tour& tour) {
-    soak(tour);
-    endProgram(tour);
-}
-
-/// One run of the program.
-struct Run {
-    QString name;
-    void (*chapters)(Tour&);
-};
-
 void runTour() {
-    const std::array<Run, 3> runs = {{{{}, allWindows}, {u"second"_s, secondRun}, {u"soak"_s, longRun}}};
-    const QString chosen = qEnvironmentVariable("TOUR_CHAPTER");
+    const QString run = qEnvironmentVariable("TOUR_RUN");
     try {
         Tour tour(qEnvironmentVariable("TOUR_FOLDER"));
-        std::ranges::find(runs, chosen, &Run::name)->chapters(tour);
+        Script script(tour);
+        if (run == u"soak"_s) {
+            soak(script);
+        } else {
+            script.run(run + u".tour"_s);
+        }
     } catch (const std::exception& failure) {
         std::printf("\n  FAILED: %s\n", failure.what());
         std::fflush(stdout);
