@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <random>
 #include <sstream>
 
@@ -49,12 +48,11 @@ void fillWithAnything(sim::ParameterSet& device, std::mt19937& random) {
 }
 
 TEST(ParameterFile, HoldsTheKeysOfTheTypeAndBringsTheSetBack) {
-    std::ifstream input(VEK_TEST_FOLDER "files.txt");
     std::vector<Texts> expected(typeNames.size());
-    for (std::string line; std::getline(input, line);) {
-        for (std::size_t type = 1; type < typeNames.size() && !line.starts_with('#'); ++type) {
-            if (line.substr(0, 10).find(typeNames[type]) != std::string::npos) {
-                expected[type].push_back(line.substr(12));
+    for (const TableRow& row : readTable(VEK_TEST_FOLDER "files.txt")) {
+        for (std::size_t type = 1; type < typeNames.size(); ++type) {
+            if (row.cells.at(0).find(typeNames[type]) != std::string::npos) {
+                expected[type].push_back(row.cells.at(1) + " | " + row.cells.at(2));
             }
         }
     }

@@ -6,11 +6,10 @@
 
 #include "modbus/modbusframe.h"
 #include "support/simulatedpeer.h"
+#include "support/table.h"
 #include "support/testprogram.h"
 
 namespace vek {
-
-using Texts = std::vector<std::string>;
 
 /// A program on one of the buses with a simulated device of the type, both at address 3. The controls of its
 /// open windows are used by name, as the user does.

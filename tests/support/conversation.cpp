@@ -9,34 +9,22 @@
 #include <sstream>
 
 #include "support/hexbytes.h"
+#include "support/table.h"
 
 namespace vek {
 
 namespace {
-
-using Texts = std::vector<std::string>;
 
 struct Row {
     std::size_t line;
     std::string operation, request, reply, result, boxes, time;
 };
 
-Texts split(const std::string& text, const char* separator) {
-    const std::regex pattern(separator);
-    return {std::sregex_token_iterator(text.begin(), text.end(), pattern, -1), std::sregex_token_iterator()};
-}
-
 std::vector<Row> rowsOf(const std::string& file) {
-    std::ifstream input(file);
-    EXPECT_TRUE(input) << file;
     std::vector<Row> rows;
-    std::string text;
-    for (std::size_t line = 1; std::getline(input, text); ++line) {
-        Texts cells = split(std::regex_replace(text, std::regex("( +# .*| +|^#.*)$"), ""), " *\\|(?= |$) *");
+    for (auto& [line, text, cells] : readTable(file)) {
         cells.resize(6);
-        if (cells != Texts(6)) {
-            rows.push_back({line, cells[0], cells[1], cells[2], cells[3], cells[4], cells[5]});
-        }
+        rows.push_back({line, cells[0], cells[1], cells[2], cells[3], cells[4], cells[5]});
     }
     return rows;
 }
@@ -93,7 +81,7 @@ void eachPiece(const std::string& cell, bool kdl, Take take) {
 }
 
 Texts boxesOf(const std::string& cell) {
-    Texts boxes = cell.empty() ? Texts{} : split(cell, " // ");
+    Texts boxes = split(cell, " // ");
     std::replace(boxes.begin(), boxes.end(), std::string("CRC"), crcDialog);
     std::replace(boxes.begin(), boxes.end(), std::string("BYE"), farewell);
     return boxes;

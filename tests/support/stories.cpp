@@ -2,35 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <regex>
 
-#include "support/hexbytes.h"
+#include "support/table.h"
 
 namespace vek {
 
 namespace {
-
-Texts split(const std::string& text, const char* separator) {
-    const std::regex pattern(separator);
-    return text.empty() ? Texts{}
-                        : Texts{std::sregex_token_iterator(text.begin(), text.end(), pattern, -1),
-                                std::sregex_token_iterator()};
-}
-
-/// What stands before and behind the first separator.
-std::pair<std::string, std::string> halves(const std::string& text, const std::string& separator) {
-    const std::size_t at = std::min(text.find(separator), text.size());
-    return {text.substr(0, at), text.substr(std::min(at + separator.size(), text.size()))};
-}
-
-std::string join(const Texts& texts, const std::string& between) {
-    std::string all;
-    for (const std::string& text : texts) {
-        all += (all.empty() ? "" : between) + text;
-    }
-    return all;
-}
 
 /// Whether the text is as a cell says, in which "..." stands for any text.
 testing::AssertionResult isLike(const std::string& text, const std::string& cell) {
@@ -55,22 +33,11 @@ std::string spelledOut(std::string boxes) {
     return boxes;
 }
 
-/// With bytes written as \FC.
-Bytes bytesOf(const std::string& text) {
-    Bytes bytes;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        const bool escaped = text[at] == '\\';
-        bytes += escaped ? fromHex(text.substr(at + 1, 2)) : text.substr(at, 1);
-        at += escaped ? 2 : 0;
-    }
-    return bytes;
-}
-
 /// The reply to a request: of a register, of the registers of a text, or an exception; a KDL payload as it
 /// is.
 Bytes replyTo(const std::string& request, const std::string& value, bool kdl) {
     const bool quoted = value.starts_with('"');
-    const Bytes text = bytesOf(quoted ? value.substr(1, value.size() - 2) : value);
+    const Bytes text = unescaped(quoted ? value.substr(1, value.size() - 2) : value);
     if (kdl) {
         return ":;003=" + text + "&dZB\r\n";
     }
@@ -208,24 +175,17 @@ std::map<std::string, Stories::State> commonStates() {
 Stories::Stories() : operations(commonOperations()), states(commonStates()) {}
 
 void Stories::tell(const std::string& file) {
-    std::ifstream input(file);
-    std::size_t line = 0;
-    for (std::string text; std::getline(input, text);) {
-        SCOPED_TRACE(file + ":" + std::to_string(++line) + ": " + text);
-        text = std::regex_replace(text, std::regex("( +# .*| +|^#.*)$"), "");
+    for (const TableRow& row : readTable(file)) {
+        SCOPED_TRACE(file + ":" + std::to_string(row.line) + ": " + row.text);
         try {
-            if (!text.empty()) {
-                tellLine(text);
-            }
+            tellLine(row.cells);
         } catch (const std::exception& error) {
             FAIL() << error.what();
         }
     }
-    EXPECT_GT(line, 0U) << file;
 }
 
-void Stories::tellLine(const std::string& text) {
-    Texts cells = split(text, " *\\|(?= |$) *");
+void Stories::tellLine(Texts cells) {
     cells.resize(4);
     const auto [operation, operand] = halves(cells[0], " ");
     const auto& act = operations.at(operation);

@@ -47,7 +47,7 @@ class Stories {
     void tell(const std::string& file);
 
   private:
-    void tellLine(const std::string& text);
+    void tellLine(Texts cells);
     std::string stateOf(const std::string& name);
 
     std::unique_ptr<Bench> bench_;
