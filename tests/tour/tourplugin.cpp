@@ -7,24 +7,16 @@
 #include <exception>
 #include <thread>
 
-#include "script.h"
-#include "soak.h"
-#include "tour.h"
+#include "interpreter.h"
 
 namespace {
 
 using namespace Qt::StringLiterals;
 
 void runTour() {
-    const QString run = qEnvironmentVariable("TOUR_RUN");
     try {
-        Tour tour(qEnvironmentVariable("TOUR_FOLDER"));
-        Script script(tour);
-        if (run == u"soak"_s) {
-            soak(script);
-        } else {
-            script.run(run + u".tour"_s);
-        }
+        Interpreter(QStringLiteral(TOUR_STEPS), qEnvironmentVariable("TOUR_FOLDER"))
+            .run(qEnvironmentVariable("TOUR_RUN"));
     } catch (const std::exception& failure) {
         std::printf("\n  FAILED: %s\n", failure.what());
         std::fflush(stdout);
