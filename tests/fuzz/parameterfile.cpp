@@ -13,7 +13,7 @@ constexpr const char* loaded = "geladen.GPM";
 constexpr const char* saved = "gespeichert.GPM";
 
 /// The editor's content as a new file would hold it.
-std::string savedFile(TestProgram& test, const ParameterControls& controls) {
+std::string savedFile(TestProgram& test, ParameterControls& controls) {
     test.profileFiles.files.erase(saved);
     test.desktop.files = {saved};
     SaveParameterFile(test.program, controls);
