@@ -9,22 +9,6 @@ namespace {
 
 using Boxes = std::vector<std::string>;
 
-TEST(ProfileValues, TheSettingsFileStandsInTheCommonFolder) {
-    const std::tuple<Folder, const char*, Boxes> cases[] = {
-        {{FolderResult::InvalidArgument, ""},
-         "/vekXX731_Monitor.ini",
-         {"Fehler|stop|ok|Ungültiges Verzeichnis"}},
-        {{FolderResult::NotFound, ""}, "/vekXX731_Monitor.ini", {"Fehler|stop|ok|Datei-Pfad nicht gefunden"}},
-        {{FolderResult::Failed, ""}, "/vekXX731_Monitor.ini", {}},
-    };
-    for (const auto& [folder, file, boxes] : cases) {
-        TestProgram test;
-        test.folders.answer = folder;
-        EXPECT_EQ(settingsFilePath(test.program), file);
-        EXPECT_EQ(test.desktop.boxes, boxes);
-    }
-}
-
 TEST(ProfileValues, AreReadFromTheFileAtProfilePathElseFromTheDevicesFile) {
     TestProgram test;
     test.profileFiles.files["/a.ini"] =
@@ -44,16 +28,6 @@ TEST(ProfileValues, AreReadFromTheFileAtProfilePathElseFromTheDevicesFile) {
     EXPECT_EQ(test.program.ProfilePath, "vekQA731-K7-2.GPM") << "even for no key";
     EXPECT_EQ(GetProfileValue(test.program, "NAME", "ZEPHYRON"), "x");
     EXPECT_TRUE(test.desktop.boxes.empty());
-}
-
-TEST(ProfileValues, OfASnapshotBelongTogether) {
-    TestProgram test;
-    test.profileFiles.files["/a.ini"] = "[RS485]\r\nCOM=3\r\n";
-    test.program.ProfilePath = "/a.ini";
-    const ProfileSnapshot before(test.program);
-    test.profileFiles.files["/a.ini"] = "[RS485]\r\nCOM=4\r\n";
-    EXPECT_EQ(before.value("COM", "RS485"), "3");
-    EXPECT_EQ(GetProfileValue(test.program, "COM", "RS485"), "4");
 }
 
 TEST(ProfileValues, AreWrittenToTheFileAtProfilePath) {
