@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/serialcontrol.h"
+#include "platform/seams/serialcontrol.h"
 
 /// Frames of the KDL bus as text, without a port.
 ///

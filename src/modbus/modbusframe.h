@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/serialcontrol.h"
+#include "platform/seams/serialcontrol.h"
 
 /// Modbus RTU frames as bytes, without a port: requests of the functions 03 and 16, the parse of their
 /// replies, and the byte conversions of register data. Layouts and CRC are those of the Modbus over Serial

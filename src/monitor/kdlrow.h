@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "platform/numberlocale.h"
-#include "platform/serialcontrol.h"
+#include "platform/seams/serialcontrol.h"
 
 /// How a reply text of the alarm or operating-value list becomes a row of the monitor. Replies have no fixed
 /// form; the rules look for texts in them, in an order that counts.

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/profilefiles.h"
+#include "platform/seams/profilefiles.h"
 
 namespace vek {
 

@@ -8,12 +8,12 @@
 
 #include "platform/controls.h"
 #include "platform/desktop.h"
-#include "platform/folders.h"
 #include "platform/logstore.h"
 #include "platform/numberlocale.h"
-#include "platform/profilefiles.h"
 #include "platform/property.h"
-#include "platform/serialcontrol.h"
+#include "platform/seams/folders.h"
+#include "platform/seams/profilefiles.h"
+#include "platform/seams/serialcontrol.h"
 #include "program/windows.h"
 
 namespace vek {

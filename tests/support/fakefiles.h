@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/folders.h"
-#include "platform/profilefiles.h"
 #include "platform/profiletext.h"
+#include "platform/seams/folders.h"
+#include "platform/seams/profilefiles.h"
 
 namespace vek {
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/serialcontrol.h"
+#include "platform/seams/serialcontrol.h"
 #include "platform/serialsettings.h"
 #include "support/fakeclock.h"
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/serialcontrol.h"
+#include "platform/seams/serialcontrol.h"
 
 namespace vek {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/folders.h"
+#include "platform/seams/folders.h"
 
 namespace vek {
 

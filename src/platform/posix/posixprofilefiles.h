@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/profilefiles.h"
+#include "platform/seams/profilefiles.h"
 
 namespace vek {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "platform/posix/filedescriptor.h"
-#include "platform/serialcontrol.h"
+#include "platform/seams/serialcontrol.h"
 #include "platform/serialsettings.h"
 
 namespace vek {

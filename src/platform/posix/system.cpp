@@ -1,4 +1,4 @@
-#include "platform/system.h"
+#include "platform/seams/system.h"
 
 #include "platform/posix/posixfolders.h"
 #include "platform/posix/posixprofilefiles.h"

@@ -2,7 +2,7 @@
 
 #include <termios.h>
 
-#include "platform/serialcontrol.h"
+#include "platform/seams/serialcontrol.h"
 #include "platform/serialsettings.h"
 
 namespace vek {

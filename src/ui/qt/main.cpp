@@ -2,7 +2,7 @@
 #include <memory>
 
 #include "app/frmModBus.h"
-#include "platform/system.h"
+#include "platform/seams/system.h"
 #include "ui/qt/frontend.h"
 
 using namespace vek;

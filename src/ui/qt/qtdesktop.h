@@ -4,7 +4,7 @@
 
 #include "platform/desktop.h"
 #include "platform/numberlocale.h"
-#include "platform/serialcontrol.h"
+#include "platform/seams/serialcontrol.h"
 
 namespace vek {
 

@@ -3,9 +3,9 @@
 #include <memory>
 #include <string>
 
-#include "platform/folders.h"
-#include "platform/profilefiles.h"
-#include "platform/serialcontrol.h"
+#include "platform/seams/folders.h"
+#include "platform/seams/profilefiles.h"
+#include "platform/seams/serialcontrol.h"
 
 namespace vek {
 
