@@ -82,6 +82,7 @@ TEST(AddressDialog, LetsTheUserActWhileItWaits) {
             test.serial.reply(":;003=x&dZB\r\n", Milliseconds{20});
         };
         dialog.btnÜbernehmen.click();
+        test.desktop.onEvents = nullptr;
     };
     search();
     EXPECT_EQ(test.serial.written.size(), 2U);
