@@ -5,20 +5,6 @@
 namespace vek {
 namespace {
 
-TEST(LogStore, ShowsLinesAsTheyWereAppended) {
-    LogStore log;
-    std::vector<std::uint64_t> counts;
-    const Subscription watch = log.count().observe([&](std::uint64_t count) { counts.push_back(count); });
-    log.append(LogColor::Black, LogForm::Hex, std::string_view("\x01\x03\x00\xFF", 4));
-    log.append(LogColor::Red, LogForm::Hex, "");
-    log.append(LogColor::Blue, LogForm::Text, "Ger\xE4t \x80\r\n\x01");
-    EXPECT_EQ(counts, (std::vector<std::uint64_t>{1, 2, 3}));
-    EXPECT_EQ(log.text(0), "010300FF");
-    EXPECT_EQ(log.text(1), "");
-    EXPECT_EQ(log.text(2), "Gerät €\uFFFD\uFFFD\uFFFD");
-    EXPECT_EQ(log.widestLine(), 10U);
-}
-
 TEST(LogStore, KeepsEveryLine) {
     // Lengths around one, two and three groups of seven bits, and lines that fill a chunk of 64 KiB but for a
     // few bytes, so that heads and lengths come to lie on both sides of its end; then many short ones.

@@ -67,39 +67,38 @@ const char* word(bool set) {
     return set ? "on" : "off";
 }
 
+/// Whether the control is of the kind; `text` is then what `get` says of it.
+template <class Kind, class Get>
+bool tell(const Control& control, std::string& text, Get get) {
+    const auto* kind = dynamic_cast<const Kind*>(&control);
+    text = kind != nullptr ? std::string(get(*kind)) : text;
+    return kind != nullptr;
+}
+
 std::string captionOf(const Control& control) {
-    const auto of = [](const auto* kind) { return kind->caption.get(); };
-    if (const auto* label = dynamic_cast<const Label*>(&control))
-        return of(label);
-    if (const auto* button = dynamic_cast<const Button*>(&control))
-        return of(button);
-    if (const auto* check = dynamic_cast<const CheckBox*>(&control))
-        return of(check);
-    if (const auto* option = dynamic_cast<const OptionButton*>(&control))
-        return of(option);
-    return of(&dynamic_cast<const Frame&>(control));
+    std::string text;
+    const auto caption = [&](const auto& kind) { return kind.caption.get(); };
+    tell<Label>(control, text, caption) || tell<Button>(control, text, caption) ||
+        tell<CheckBox>(control, text, caption) || tell<OptionButton>(control, text, caption) ||
+        tell<Frame>(control, text, caption);
+    return text;
 }
 
 std::string valueOf(const Control& control) {
-    if (const auto* box = dynamic_cast<const TextBox*>(&control))
-        return box->text;
-    if (const auto* box = dynamic_cast<const ComboBox*>(&control))
-        return box->text;
-    if (const auto* check = dynamic_cast<const CheckBox*>(&control))
-        return word(check->value);
-    if (const auto* option = dynamic_cast<const OptionButton*>(&control))
-        return word(option->value);
-    if (const auto* item = dynamic_cast<const MenuItem*>(&control))
-        return word(item->checked);
-    if (const auto* button = dynamic_cast<const ToolButton*>(&control))
-        return word(button->pressed);
-    if (const auto* slider = dynamic_cast<const Slider*>(&control))
-        return std::to_string(slider->value);
-    if (const auto* shape = dynamic_cast<const Shape*>(&control))
-        return {colorLetter(shape->fillColor)};
-    if (const auto* bar = dynamic_cast<const ProgressBar*>(&control))
-        return std::to_string(bar->done) + "/" + std::to_string(bar->total);
-    return captionOf(control);
+    std::string text = captionOf(control);
+    const auto written = [](const auto& box) { return box.text.get(); };
+    const auto set = [](const auto& button) { return word(button.value); };
+    tell<TextBox>(control, text, written) || tell<ComboBox>(control, text, written) ||
+        tell<CheckBox>(control, text, set) || tell<OptionButton>(control, text, set) ||
+        tell<MenuItem>(control, text, [](const MenuItem& item) { return word(item.checked); }) ||
+        tell<ToolButton>(control, text, [](const ToolButton& button) { return word(button.pressed); }) ||
+        tell<Slider>(control, text, [](const Slider& slider) { return std::to_string(slider.value); }) ||
+        tell<Shape>(control, text,
+                    [](const Shape& shape) { return std::string{colorLetter(shape.fillColor)}; }) ||
+        tell<ProgressBar>(control, text, [](const ProgressBar& bar) {
+            return std::to_string(bar.done) + "/" + std::to_string(bar.total);
+        });
+    return text;
 }
 
 }  // namespace
