@@ -87,15 +87,13 @@ class Campaign {
         for (std::size_t step = 0; step < std::min(use.moments.size(), twin.moments.size()); ++step) {
             const Moment& is = use.moments[step];
             const Moment& due = twin.moments[step];
-            expect(is.boxes == due.boxes, "step " + std::to_string(step) +
-                                              " has other boxes: " + std::to_string(is.boxes.size()) +
-                                              " in place of " + std::to_string(due.boxes.size()));
+            const std::string place = "step " + std::to_string(step);
+            expect(is.boxes == due.boxes, place + " has other boxes");
             for (const auto& [name, state] : is.shown) {
                 ++figures_.counts[state == "---" || state.empty() ? "fields without a value"
                                                                   : "fields with a value"];
-                expect(state == due.shown.at(name), "step " + std::to_string(step) + ": " + name +
-                                                        " shows \"" + state + "\", not \"" +
-                                                        due.shown.at(name) + "\"");
+                expect(state == due.shown.at(name),
+                       std::string(place).append(": ").append(name).append(" shows ").append(state));
             }
         }
     }

@@ -92,11 +92,11 @@ TEST(ParameterFile, IsRefusedWhenItBelongsToAnotherDevice) {
     EditorBench bench(3, false);
     frmMbParameter& editor = bench.editor();
     editor.txtTab.text = "77";
+    const std::string refusal = ") ist nicht für das angeschlossenem Gerät (" + name + ") geeignet";
     for (const auto& [content, shownName] : cases) {
         bench.test.profileFiles.files[path] = content;
         EXPECT_EQ(press(bench, editor.cmd_Para_File_open),
-                  Texts{"Fehler|stop|ok|Parameter-Datei (" + shownName +
-                        ") ist nicht für das angeschlossenem Gerät (" + name + ") geeignet"});
+                  Texts{std::string("Fehler|stop|ok|Parameter-Datei (").append(shownName).append(refusal)});
         EXPECT_EQ(editor.txtTab.text.get(), "77");
     }
     // A mark, line feeds, other case, most keys missing.

@@ -28,7 +28,8 @@ std::string spelledOut(std::string boxes) {
         {"CRC", crcDialog},
         {"BYE", farewell}};
     for (const auto& [word, meaning] : shorthands) {
-        boxes = std::regex_replace(boxes, std::regex("(^|// )" + std::string(word)), "$1" + meaning);
+        boxes = std::regex_replace(boxes, std::regex(std::string("(^|// )").append(word)),
+                                   std::string("$1").append(meaning));
     }
     return boxes;
 }
