@@ -9,7 +9,7 @@ class frmAbout : public ChildForm {
   public:
     explicit frmAbout(Program& program);
 
-    Picture picIcon{"picIcon", "application"};
+    Picture picIcon{"picIcon"};
     Label lblTitle{"lblTitle"};
     Label lblVersion{"lblVersion"};
     Label lblDescription{"lblDescription"};

@@ -152,12 +152,9 @@ struct Shape : Control {
     Property<Color> fillColor;
 };
 
-/// A picture that the front end draws for its name.
+/// The program's own picture.
 struct Picture : Control {
-    Picture(std::string controlName, std::string pictureName)
-        : Control(std::move(controlName)), picture(std::move(pictureName)) {}
-
-    const std::string picture;
+    using Control::Control;
 };
 
 /// A view of a log, as text that can be marked and copied but not edited.

@@ -49,7 +49,6 @@ class PluggedLine final : public SerialControl {
     bool hasInput() const { return terminal_ != nullptr && sent_ > 0; }
 
     bool setPortNumber(int number) override { return serial_.setPortNumber(number); }
-    int portNumber() const override { return serial_.portNumber(); }
     bool setSettings(std::string_view settings) override { return serial_.setSettings(settings); }
     bool isOpen() const override { return serial_.isOpen(); }
     bool isConnected() const override { return serial_.isConnected(); }

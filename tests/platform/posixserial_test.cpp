@@ -131,7 +131,6 @@ TEST_F(PosixSerialTest, OnePortHasOneUserAndTheDriverIsGivenBackAsItWas) {
     EXPECT_EQ(other.open(), PortError::InUse);
     EXPECT_FALSE(other.isOpen());
     EXPECT_FALSE(serial.setPortNumber(2));
-    EXPECT_EQ(serial.portNumber(), 1);
     int exclusive = 0;
     ::ioctl(neighbour.get(), TIOCGEXCL, &exclusive);
     EXPECT_EQ(exclusive, 1);
@@ -144,7 +143,6 @@ TEST_F(PosixSerialTest, OnePortHasOneUserAndTheDriverIsGivenBackAsItWas) {
     for (const int number : {1, 16}) {
         EXPECT_TRUE(serial.setPortNumber(number));
         EXPECT_FALSE(serial.setPortNumber(number == 1 ? 0 : 17));
-        EXPECT_EQ(serial.portNumber(), number);
     }
     systemCalls = {};
 }

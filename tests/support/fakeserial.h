@@ -80,7 +80,6 @@ class FakeSerial final : public SerialControl {
         number_ = accepted ? number : number_;
         return accepted;
     }
-    int portNumber() const override { return number_; }
     bool setSettings(std::string_view settings) override {
         const bool accepted = parseSerialSettings(settings).has_value();
         settings_ = accepted ? settings : settings_;

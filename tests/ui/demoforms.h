@@ -87,7 +87,7 @@ class DemoChild : public Form {
     bool hasCancel = true;
     bool defaultIsCancel = false;
 
-    Picture picture{"picIcon", "program"};
+    Picture picture{"picIcon"};
     Label title{"lblTitle", "Titel & Text"};
     Label value{"lblValue", "---"};
     vek::Shape lamp{"LED_0", colors::green};

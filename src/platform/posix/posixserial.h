@@ -21,7 +21,6 @@ class PosixSerial final : public SerialControl {
     PosixSerial& operator=(const PosixSerial&) = delete;
 
     bool setPortNumber(int number) override;
-    int portNumber() const override { return number_; }
     bool setSettings(std::string_view settings) override;
     bool isOpen() const override { return open_; }
     bool isConnected() const override { return open_ && static_cast<bool>(device_); }

@@ -40,7 +40,6 @@ class SerialControl {
     /// Selects port COM1 to COM16 for the next open(). False, and nothing changed, for any other number or
     /// while the port is open. Initially 1.
     virtual bool setPortNumber(int number) = 0;
-    virtual int portNumber() const = 0;
 
     /// Baud rate, parity letter, data bits, stop bits, such as "9600,e,8,1", for the next open(). False, and
     /// nothing changed, when the text is not of that form: rates 1200, 2400, 4800, 9600, 19200, 38400, 57600,
