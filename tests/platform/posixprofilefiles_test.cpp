@@ -154,7 +154,9 @@ TEST_F(PosixProfileFilesTest, AProgramKilledWhileItWritesLeavesTheOldFileOrTheNe
                 files.write(path, {{"S", "k", values.at(turn % 2)}});
             }
         }
-        std::this_thread::sleep_for(std::chrono::microseconds(300 + random() % 1000));
+        // Longer and longer, as a busy machine may not let the child begin.
+        std::this_thread::sleep_for(
+            std::chrono::microseconds(300 + random() % (1000 + 10U * static_cast<unsigned>(count))));
         ::kill(child, SIGKILL);
         ::waitpid(child, nullptr, 0);
         const std::string left = bytesOf(path);

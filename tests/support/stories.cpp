@@ -152,6 +152,7 @@ std::map<std::string, Stories::State> commonStates() {
          [](Bench& bench) {
              return std::to_string(bench.test.program.DeviceType) + " " + bench.test.program.DeviceName;
          }},
+        {"title", [](Bench& bench) { return bench.test.host.open.back()->caption.get(); }},
         {"caption", [](Bench& bench) { return bench.test.program.shell.caption.get(); }},
         {"portPanel", [](Bench& bench) { return bench.test.program.shell.portPanel.get(); }},
         {"addressPanel", [](Bench& bench) { return bench.test.program.shell.addressPanel.get(); }},
