@@ -32,7 +32,7 @@ constexpr std::array<DeviceType, highestDeviceType + 1> types = {{
 
 static_assert(std::ranges::all_of(types.begin() + 1, types.end(),
                                   [](const DeviceType& type) { return !type.names.front().empty(); }),
-              "each type from 1 to the highest has a row");
+              "a type lacks its row");
 
 }  // namespace
 
