@@ -22,7 +22,6 @@ using screen::inProgram;
 namespace {
 
 constexpr int usualSeconds = 10;
-constexpr int lookInterval = 10;  // milliseconds
 
 /// How many times longer than usual everything may take, as under a tool that slows the program down.
 int patience() {
@@ -103,8 +102,13 @@ Interpreter::Interpreter(QString steps, QString folder)
         {u"type"_s, [this](Arguments all) { type(all[0], all[1]); }},
         {u"key"_s,
          [](Arguments all) {
-             const auto key = all[1] == u"Return" ? Qt::Key_Return : Qt::Key_Escape;
-             screen::start([name = all[0], key] { QTest::keyClick(screen::find(name), key); });
+             const QKeyCombination keys = QKeySequence(all[1])[0];
+             screen::start([name = all[0], keys] {
+                 QWidget* popup = QApplication::activePopupWidget();
+                 QWidget* target = popup != nullptr ? popup : screen::find(name);
+                 QApplication::setActiveWindow(target->window());
+                 QTest::keyClick(target, keys.key(), keys.keyboardModifiers());
+             });
          }},
         {u"box"_s, [this](Arguments all) { answerBox(all); }},
         {u"picture"_s, [this](Arguments all) { picture(all[0], all[1]); }},
@@ -113,6 +117,7 @@ Interpreter::Interpreter(QString steps, QString folder)
         {u"same"_s, [this](Arguments all) { compare(all[0], true); }},
         {u"differs"_s, [this](Arguments all) { compare(all[0], false); }},
         {u"use"_s, [this](Arguments all) { run(all[0], all.mid(1)); }},
+        {u"look-away"_s, [this](Arguments all) { lookAway(all[0].toInt(), all[1].toInt()); }},
         {u"poll"_s, [this](Arguments) { pollUntilStopped(); }},
         {u"count"_s, [this](Arguments) { countTerminal(); }},
         {u"end"_s, [this](Arguments) { leave(u"complete"_s, {}); }},
@@ -169,7 +174,7 @@ void Interpreter::waitFor(const QString& what, const std::function<bool()>& cond
         if (timer.elapsed() > qint64{seconds_} * 1000 * patience()) {
             fail(u"not seen within %1 s: %2"_s.arg(seconds_).arg(what));
         }
-        QThread::msleep(lookInterval);
+        QThread::msleep(10);
     }
 }
 
@@ -290,6 +295,17 @@ void Interpreter::pollUntilStopped() {
     }
     if (boxes > 0) {
         fail(u"%1 message boxes"_s.arg(boxes));
+    }
+}
+
+/// Without questions to the program, which would wake it. So many lines must come into the terminal
+/// meanwhile.
+void Interpreter::lookAway(int seconds, int lines) {
+    const auto count = [] { return inProgram([] { return screen::state(u"RichTextBox1"_s).count(u'\n'); }); };
+    const auto before = count();
+    QThread::msleep(static_cast<unsigned long>(seconds) * 1000);
+    if (const auto came = count() - before; came * patience() < lines) {
+        fail(u"only %1 lines"_s.arg(came));
     }
 }
 

@@ -160,6 +160,7 @@ QString faultOfLayout(const QString& name) {
     parts.removeIf([](const QWidget* part) {
         return !part->isVisible() || part->objectName().isEmpty() || part->objectName().startsWith(u"qt_"_s);
     });
+    QStringList letters;
     for (const QWidget* part : parts) {
         const QSize least = part->minimumSizeHint();
         if (part->visibleRegion().boundingRect() != part->rect() || part->width() < least.width() ||
@@ -169,6 +170,11 @@ QString faultOfLayout(const QString& name) {
         if (overlaps(part, parts)) {
             return part->objectName() + u" overlaps another"_s;
         }
+        const QString letter = part->property("shortcut").toString();
+        if (letters.contains(letter)) {
+            return part->objectName() + u" has the letter of another"_s;
+        }
+        letters += letter.isEmpty() ? QStringList() : QStringList(letter);
     }
     return {};
 }

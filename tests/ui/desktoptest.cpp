@@ -1,140 +1,154 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
-#include <QFileDialog>
+#include <QCursor>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QTimer>
 #include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <tuple>
 
+#include "platform/system.h"
 #include "screen.h"
 
 namespace vek::test {
 
 namespace {
 
-/// Calls `look` as soon as a dialog of this class is open.
-template <class Dialog, class Look>
-void whenOpen(Look look) {
-    QTimer::singleShot(0, qApp, [look] {
-        auto* const dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-        dialog == nullptr ? whenOpen<Dialog>(look) : look(*dialog);
-    });
-}
+using namespace std::chrono_literals;
 
 class DesktopTest : public ::testing::Test {
   protected:
     Screen screen;
-    Desktop& desktop = screen.frontEnd.desktop();
+    QtDesktop& desktop = screen.frontEnd.desktop();
 };
 
 TEST_F(DesktopTest, MessageBoxShowsTextAndTitleExactly) {
     const MessageBox box{"Abbrechen  ->  Programm\n\n<b>R & S</b>", "Fehler", MessageIcon::Stop,
                          MessageButtons::OkCancel};
-    whenOpen<QMessageBox>([&](QMessageBox& view) {
-        EXPECT_EQ(view.textFormat(), Qt::PlainText);
-        EXPECT_EQ(view.icon(), QMessageBox::Critical);
-        EXPECT_EQ(view.button(QMessageBox::Ok)->text(), QStringLiteral("OK"));
-        EXPECT_EQ(view.button(QMessageBox::Cancel)->text(), QStringLiteral("Abbrechen"));
-        QTest::keyClick(&view, Qt::Key_Escape);
-    });
-    EXPECT_EQ(desktop.messageBox(box), MessageAnswer::Cancel);
-    whenOpen<QMessageBox>([](QMessageBox& view) {
-        EXPECT_EQ(view.icon(), QMessageBox::Information);
-        EXPECT_EQ(view.buttons().size(), 1);
-        QTest::keyClick(&view, Qt::Key_Escape);
-    });
+    for (const auto& [key, answer] :
+         {std::pair(Qt::Key_Escape, MessageAnswer::Cancel), std::pair(Qt::Key_Return, MessageAnswer::Ok)}) {
+        whenOpen<QMessageBox>([key = key](QMessageBox& view) {
+            EXPECT_EQ(view.textFormat(), Qt::PlainText);
+            EXPECT_EQ(view.icon(), QMessageBox::Critical);
+            EXPECT_EQ(view.button(QMessageBox::Ok)->text(), QStringLiteral("OK"));
+            EXPECT_EQ(view.button(QMessageBox::Cancel)->text(), QStringLiteral("Abbrechen"));
+            QTest::keyClick(&view, key);
+        });
+        EXPECT_EQ(desktop.messageBox(box), answer) << key;
+    }
+    whenOpen<QMessageBox>([](QMessageBox& view) { QTest::keyClick(&view, Qt::Key_Escape); });
     EXPECT_EQ(desktop.messageBox({"Text", "Hinweis", MessageIcon::Information}), MessageAnswer::Ok);
 }
 
-TEST_F(DesktopTest, FileDialogGivesTheChosenPathOrNothing) {
-    const FileDialog dialog{"Speichern", "gerät.GPM", "Parameter", "*.GPM", FileDialog::Purpose::Save};
-    whenOpen<QFileDialog>([](QFileDialog& view) {
-        EXPECT_EQ(view.nameFilters(), QStringList{QStringLiteral("Parameter (*.GPM)")});
-        static_cast<QDialog&>(view).accept();
-    });
-    const auto chosen = desktop.chooseFile(dialog);
-    ASSERT_TRUE(chosen.has_value());
-    EXPECT_TRUE(chosen->ends_with("/gerät.GPM")) << *chosen;
+/// Counts what the user does with the mouse.
+class MouseWatch : public QObject {
+  public:
+    MouseWatch() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        moves += event->type() == QEvent::MouseMove ? 1 : 0;
+        return false;
+    }
 
-    whenOpen<QFileDialog>([](QFileDialog& view) { static_cast<QDialog&>(view).reject(); });
-    EXPECT_FALSE(desktop.chooseFile(dialog).has_value());
+    int moves = 0;
+};
+
+TEST_F(DesktopTest, WhatTheUserDoesWhileInputIsHeldComesAfterwards) {
+    const MouseWatch mouse;
+    QWidget& window = screen.view("frmModBus");
+    {
+        const InputHold hold(desktop);
+        QCursor::setPos(window.mapToGlobal(QPoint(50, 100)));
+        desktop.processEvents();
+        desktop.waitForEvents(desktop.now() + 5ms);
+        EXPECT_EQ(mouse.moves, 0);
+    }
+    desktop.processEvents();
+    EXPECT_GT(mouse.moves, 0);
+}
+
+TEST_F(DesktopTest, AWaitEndsWithItsTimeOrWithAByteOnTheLine) {
+    const int device = posix_openpt(O_RDWR | O_NOCTTY);
+    ASSERT_TRUE(grantpt(device) == 0 && unlockpt(device) == 0);
+    const auto folder = std::filesystem::path(::testing::TempDir()) / "vek-desktop";
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder / "ports");
+    std::filesystem::create_symlink(ptsname(device), folder / "ports" / "com1");
+    const auto line = systemSerialControl(folder.string());
+    ASSERT_TRUE(line->setPortNumber(1) && line->setSettings("9600,e,8,1"));
+    ASSERT_EQ(line->open(), PortError::None);
+    desktop.watchLine(*line);
+    screen.main->Timer2.enabled = false;  // which would wake it, too
+    screen.settle();
+
+    const auto waited = [this] {
+        const TimePoint begin = desktop.now();
+        desktop.waitForEvents(begin + 300ms);
+        return desktop.now() - begin;
+    };
+    EXPECT_GE(waited(), 290ms);
+    ASSERT_EQ(write(device, "x", 1), 1);
+    EXPECT_LT(waited(), 200ms);
+    line->close();
+    close(device);
 }
 
 /// The end of the program from within event loops that handlers have started.
-class EndTest : public ::testing::Test {
+class EndTest : public DesktopTest {
   protected:
-    void start(const std::function<void(Desktop&)>& handler) {
-        frontEnd.dispatcher().onEnd = [this] { ++ends; };
-        status = frontEnd.exec([&] {
-            windows.open(std::make_unique<DemoMain>());
-            QTimer::singleShot(0, qApp, [this, handler] {
-                frontEnd.dispatcher().run([&] {
-                    handler(frontEnd.desktop());
-                    wentOn = true;
-                });
+    void start(const std::function<void()>& handler) {
+        dispatcher.onEnd = [this] { ++ends; };
+        QTimer::singleShot(0, qApp, [this, handler] {
+            dispatcher.run([&] {
+                handler();
+                wentOn = true;
             });
         });
+        EXPECT_EQ(screen.frontEnd.exec([] {}), 0);
+        EXPECT_EQ(ends, 1);
     }
 
     void TearDown() override {
-        // An end before the event loop has begun leaves the toolkit refusing all loops but a new main loop.
+        // After an end the toolkit refuses all loops but a new main loop.
         QTimer::singleShot(0, qApp, &QCoreApplication::quit);
         QApplication::exec();
     }
 
-    FrontEnd frontEnd;
-    Windows windows{frontEnd};
-    int status = -1;
+    Dispatcher& dispatcher = screen.frontEnd.dispatcher();
     int ends = 0;
     bool wentOn = false;
 };
 
 TEST_F(EndTest, FromBehindAMessageBoxUnwindsAllHandlers) {
-    start([this](Desktop& desktop) {
+    start([this] {
         whenOpen<QMessageBox>([this](QMessageBox& /*view*/) {
-            frontEnd.dispatcher().run([] { throw ProgramEnd(); });
+            dispatcher.run([] { throw ProgramEnd(); });
             EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << "nothing is shown any more";
         });
         desktop.messageBox({"Text", "Titel"});
     });
-    EXPECT_EQ(status, 0);
-    EXPECT_EQ(ends, 1);
     EXPECT_FALSE(wentOn);
 }
 
 TEST_F(EndTest, FromProcessedEventsUnwindsTheHandlerThatYielded) {
-    start([this](Desktop& desktop) {
-        QTimer::singleShot(0, qApp, [this] { frontEnd.dispatcher().run([] { throw ProgramEnd(); }); });
+    start([this] {
+        QTimer::singleShot(0, qApp, [this] { dispatcher.run([] { throw ProgramEnd(); }); });
         while (true) {
             desktop.processEvents();
         }
     });
-    EXPECT_EQ(status, 0);
     EXPECT_FALSE(wentOn);
 
     bool called = false;
-    frontEnd.dispatcher().run([&] { called = true; });
+    dispatcher.run([&] { called = true; });
     EXPECT_FALSE(called);
-    EXPECT_THROW(frontEnd.desktop().messageBox({"Text", "Titel"}), ProgramEnd);
+    EXPECT_THROW(desktop.messageBox({"Text", "Titel"}), ProgramEnd);
 }
 
 TEST_F(EndTest, ATerminateSignalIsAPressOfTheCloseBox) {
-    auto form = std::make_unique<DemoMain>();
-    form->close = [] { throw ProgramEnd(); };
-    status = frontEnd.exec([&] {
-        windows.open(std::move(form));
-        std::raise(SIGTERM);
-    });
-    EXPECT_EQ(status, 0);
-}
-
-TEST_F(EndTest, AtTheStartShowsNothing) {
-    status = frontEnd.exec([] { throw ProgramEnd(); });
-    EXPECT_EQ(status, 0);
-    windows.open(std::make_unique<DemoMain>());
-    for (const QWidget* window : QApplication::topLevelWidgets()) {
-        EXPECT_FALSE(window->isVisible());
-    }
+    start([] { std::raise(SIGTERM); });
 }
 
 TEST(NumberLocaleTest, FollowsTheEnvironmentAlsoForLocalesThatAreNotInstalled) {

@@ -6,71 +6,30 @@
 #include <QTimer>
 #include <QWidget>
 #include <memory>
-#include <utility>
+#include <stdexcept>
 
-#include "demoforms.h"
-#include "program/windows.h"
+#include "app/frmModBus.h"
+#include "support/testprogram.h"
 #include "ui/qt/frontend.h"
 
 namespace vek::test {
 
-/// A front end with the demo's main window on the screen, handled as a user would.
+/// Calls `look` as soon as a dialog of this class is open.
+template <class Dialog, class Look>
+void whenOpen(Look look) {
+    QTimer::singleShot(0, qApp, [look] {
+        auto* const dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
+        dialog == nullptr ? whenOpen<Dialog>(look) : look(*dialog);
+    });
+}
+
+/// The program's own main window on the screen, handled as a user would.
 class Screen {
   public:
     Screen() {
-        frontEnd.dispatcher().onIdle = [this] { windows.collect(); };
-        main = &open(std::make_unique<DemoMain>());
-        QApplication::setActiveWindow(&mainView());
-    }
-
-    template <class FormClass>
-    FormClass& open(std::unique_ptr<FormClass> form) {
-        FormClass& opened = *form;
-        frontEnd.dispatcher().run([&] { windows.open(std::move(form)); });
-        settle();
-        return opened;
-    }
-
-    /// The widget with this object name.
-    template <class View = QWidget>
-    View& view(const char* name) {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (auto* found = window->findChild<View*>(QString::fromUtf8(name))) {
-                return *found;
-            }
-        }
-        throw std::runtime_error(std::string("no widget ") + name);
-    }
-
-    QWidget& mainView() {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (window->objectName() == QStringLiteral("frmDemo")) {
-                return *window;
-            }
-        }
-        throw std::runtime_error("no main window");
-    }
-
-    /// Near the left edge, where a box or circle is that has its text beside it.
-    void click(const char* name) {
-        QWidget& widget = view(name);
-        QTest::mouseClick(&widget, Qt::LeftButton, Qt::NoModifier, QPoint(8, widget.height() / 2));
-    }
-
-    /// A key for whatever has the keyboard.
-    static void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QWidget* const popup = QApplication::activePopupWidget();
-        QWidget* const target = popup != nullptr ? popup : QApplication::focusWidget();
-        QTest::keyClick(target, static_cast<Qt::Key>(key), modifiers);
-    }
-
-    static QString focused() {
-        return QApplication::focusWidget() == nullptr ? QString() : QApplication::focusWidget()->objectName();
-    }
-
-    static void settle() {
-        QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        frontEnd.dispatcher().onIdle = [this] { program.windows.collect(); };
+        main = &open<frmModBus>();
+        QApplication::setActiveWindow(&view("frmModBus"));
     }
 
     /// Ends as the program does, from within the event loop, which leaves the toolkit ready for the next one.
@@ -80,9 +39,55 @@ class Screen {
         });
     }
 
+    template <class FormClass>
+    FormClass& open() {
+        FormClass* opened = nullptr;
+        frontEnd.dispatcher().run(
+            [&] { opened = &program.windows.open(std::make_unique<FormClass>(program)); });
+        settle();
+        return *opened;
+    }
+
+    /// The widget with this object name.
+    template <class View = QWidget>
+    View& view(const char* name) {
+        for (QWidget* widget : QApplication::allWidgets()) {
+            auto* const found = qobject_cast<View*>(widget);
+            if (found != nullptr && widget->objectName() == QString::fromUtf8(name)) {
+                return *found;
+            }
+        }
+        throw std::runtime_error(std::string("no widget ") + name);
+    }
+
+    /// Near the left edge, where a box or circle is that has its text beside it.
+    void click(const char* name) {
+        QWidget& widget = view(name);
+        QTest::mouseClick(&widget, Qt::LeftButton, Qt::NoModifier, QPoint(8, widget.height() / 2));
+    }
+
+    void type(const char* name, const char* text) {
+        view(name).setFocus();
+        QTest::keyClicks(QApplication::focusWidget(), QString::fromUtf8(text));
+    }
+
+    /// A key for whatever has the keyboard.
+    static void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
+    }
+
+    static void settle() {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
     FrontEnd frontEnd;
-    Windows windows{frontEnd};
-    DemoMain* main = nullptr;
+    FakeClock clock;
+    FakeSerial serial{clock};
+    FakeProfileFiles files;
+    FakeFolders folders;
+    Program program{{frontEnd.desktop(), frontEnd, serial, files, folders, {}}};
+    frmModBus* main = nullptr;
 };
 
 }  // namespace vek::test
