@@ -53,7 +53,6 @@ struct TextBox : Control {
     using Control::Control;
 
     Property<std::string> text;
-    std::function<void()> change;
     int minimumCharacters = 8;
 };
 
@@ -101,7 +100,6 @@ struct OptionButton : Control {
 
     Property<std::string> caption;
     Property<bool> value{false};
-    std::function<void()> click;
     Frame& group;
 
   private:
@@ -123,7 +121,6 @@ struct ComboBox : Control {
     Property<std::string> text;          ///< of the edit field
     Property<std::string> selectedText;  ///< the part of the edit field that the user has marked
     std::string hint;                    ///< shown while the edit field is empty
-    std::function<void()> change;
 };
 
 /// A position between two ends. The program moves it, the user only reads it.

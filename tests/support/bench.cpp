@@ -162,9 +162,6 @@ void Bench::set(const std::string& name, const std::string& value) {
     Control& chosen = control(name.substr(0, name.find('.')));
     if (auto* box = dynamic_cast<TextBox*>(&chosen)) {
         box->text = value;
-        if (box->change) {
-            box->change();
-        }
     } else if (auto* combo = dynamic_cast<ComboBox*>(&chosen)) {
         (name.ends_with(".marked") ? combo->selectedText : combo->text) = value;
     } else if (auto* check = dynamic_cast<CheckBox*>(&chosen)) {
@@ -173,11 +170,7 @@ void Bench::set(const std::string& name, const std::string& value) {
             check->click();
         }
     } else {
-        auto& option = dynamic_cast<OptionButton&>(chosen);
-        option.value = value == "on";
-        if (option.click) {
-            option.click();
-        }
+        dynamic_cast<OptionButton&>(chosen).value = value == "on";
     }
 }
 

@@ -115,9 +115,8 @@ QWidget* makeTextBox(TextBox& control, QWidget& parent, Links& links) {
             edit->setText(toQt(text));
         }
     });
-    links.on(edit, &QLineEdit::textChanged, [&control, &links](const QString& text) {
-        links.change(control.text, fromQt(text), control.change);
-    });
+    links.on(edit, &QLineEdit::textChanged,
+             [&control, &links](const QString& text) { links.change(control.text, fromQt(text)); });
     return edit;
 }
 
@@ -154,9 +153,8 @@ QWidget* makeOption(OptionButton& control, QWidget& parent, Links& links) {
         radio->updateTabStop();
     });
     links.show(control.enabled, [radio](bool /*enabled*/) { radio->updateTabStop(); });
-    links.on(radio, &OptionRadio::toggled, [&control, &links](bool set) {
-        links.change(control.value, set, set ? control.click : nullptr);
-    });
+    links.on(radio, &OptionRadio::toggled,
+             [&control, &links](bool set) { links.change(control.value, set); });
     return radio;
 }
 
@@ -193,7 +191,7 @@ QWidget* makeComboBox(ComboBox& control, QWidget& parent, Links& links) {
     };
     links.on(edit, &QLineEdit::textChanged, [&control, &links, markSelection](const QString& text) {
         markSelection();
-        links.change(control.text, fromQt(text), control.change);
+        links.change(control.text, fromQt(text));
     });
     // A field that loses the focus shows its marking no longer, but what the user marked counts when he then
     // presses a button.

@@ -47,7 +47,7 @@ class Links {
     /// A change by the user: sets the property, then calls the handler. A value that the property has already
     /// (the widget only echoes what the program has set) is no change.
     template <class T>
-    void change(Property<T>& property, T value, const std::function<void()>& handler) const {
+    void change(Property<T>& property, T value, const std::function<void()>& handler = nullptr) const {
         if (value == property.get()) {
             return;
         }
