@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <memory>
-
-namespace vek::test {
+#include <optional>
 
 namespace {
 
@@ -12,20 +10,15 @@ class Application : public ::testing::Environment {
   public:
     void SetUp() override {
         qputenv("QT_QPA_PLATFORM", "offscreen");
-        application_ = std::make_unique<QApplication>(argumentCount_, arguments_);
+        application_.emplace(noArguments_, nullptr);
     }
     void TearDown() override { application_.reset(); }
 
   private:
-    char name_[9] = "ui_tests";
-    char* arguments_[2] = {name_, nullptr};
-    int argumentCount_ = 1;
-    std::unique_ptr<QApplication> application_;
+    int noArguments_ = 0;
+    std::optional<QApplication> application_;
 };
 
-[[maybe_unused]] const ::testing::Environment* const environment =
-    ::testing::AddGlobalTestEnvironment(new Application);
+[[maybe_unused]] const auto* const environment = ::testing::AddGlobalTestEnvironment(new Application);
 
 }  // namespace
-
-}  // namespace vek::test

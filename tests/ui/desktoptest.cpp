@@ -8,9 +8,8 @@
 #include <csignal>
 #include <cstdlib>
 #include <filesystem>
-#include <tuple>
 
-#include "platform/system.h"
+#include "platform/seams/system.h"
 #include "screen.h"
 
 namespace vek::test {
@@ -32,7 +31,6 @@ TEST_F(DesktopTest, MessageBoxShowsTextAndTitleExactly) {
          {std::pair(Qt::Key_Escape, MessageAnswer::Cancel), std::pair(Qt::Key_Return, MessageAnswer::Ok)}) {
         whenOpen<QMessageBox>([key = key](QMessageBox& view) {
             EXPECT_EQ(view.textFormat(), Qt::PlainText);
-            EXPECT_EQ(view.icon(), QMessageBox::Critical);
             EXPECT_EQ(view.button(QMessageBox::Ok)->text(), QStringLiteral("OK"));
             EXPECT_EQ(view.button(QMessageBox::Cancel)->text(), QStringLiteral("Abbrechen"));
             QTest::keyClick(&view, key);
@@ -83,14 +81,14 @@ TEST_F(DesktopTest, AWaitEndsWithItsTimeOrWithAByteOnTheLine) {
     screen.main->Timer2.enabled = false;  // which would wake it, too
     screen.settle();
 
-    const auto waited = [this] {
+    const auto waited = [this](Milliseconds longest) {
         const TimePoint begin = desktop.now();
-        desktop.waitForEvents(begin + 300ms);
+        desktop.waitForEvents(begin + longest);
         return desktop.now() - begin;
     };
-    EXPECT_GE(waited(), 290ms);
+    EXPECT_GE(waited(200ms), 190ms);
     ASSERT_EQ(write(device, "x", 1), 1);
-    EXPECT_LT(waited(), 200ms);
+    EXPECT_LT(waited(5s), 2s);
     line->close();
     close(device);
 }
@@ -140,10 +138,6 @@ TEST_F(EndTest, FromProcessedEventsUnwindsTheHandlerThatYielded) {
         }
     });
     EXPECT_FALSE(wentOn);
-
-    bool called = false;
-    dispatcher.run([&] { called = true; });
-    EXPECT_FALSE(called);
     EXPECT_THROW(desktop.messageBox({"Text", "Titel"}), ProgramEnd);
 }
 
@@ -152,7 +146,7 @@ TEST_F(EndTest, ATerminateSignalIsAPressOfTheCloseBox) {
 }
 
 TEST(NumberLocaleTest, FollowsTheEnvironmentAlsoForLocalesThatAreNotInstalled) {
-    const std::tuple<const char*, const char*, const char*> cases[] = {
+    const char* const cases[][3] = {
         {"de_DE.UTF-8", ",", "."}, {"en_US.UTF-8", ".", ","}, {"C", ".", ""}, {"POSIX", ".", ""}};
     const QByteArray all = qgetenv("LC_ALL");
     for (const auto& [name, decimalPoint, groupSeparator] : cases) {

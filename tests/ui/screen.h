@@ -66,16 +66,6 @@ class Screen {
         QTest::mouseClick(&widget, Qt::LeftButton, Qt::NoModifier, QPoint(8, widget.height() / 2));
     }
 
-    void type(const char* name, const char* text) {
-        view(name).setFocus();
-        QTest::keyClicks(QApplication::focusWidget(), QString::fromUtf8(text));
-    }
-
-    /// A key for whatever has the keyboard.
-    static void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
-    }
-
     static void settle() {
         QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
