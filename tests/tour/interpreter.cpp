@@ -117,7 +117,6 @@ Interpreter::Interpreter(QString steps, QString folder)
         {u"same"_s, [this](Arguments all) { compare(all[0], true); }},
         {u"differs"_s, [this](Arguments all) { compare(all[0], false); }},
         {u"use"_s, [this](Arguments all) { run(all[0], all.mid(1)); }},
-        {u"look-away"_s, [this](Arguments all) { lookAway(all[0].toInt(), all[1].toInt()); }},
         {u"poll"_s, [this](Arguments) { pollUntilStopped(); }},
         {u"count"_s, [this](Arguments) { countTerminal(); }},
         {u"end"_s, [this](Arguments) { leave(u"complete"_s, {}); }},
@@ -295,17 +294,6 @@ void Interpreter::pollUntilStopped() {
     }
     if (boxes > 0) {
         fail(u"%1 message boxes"_s.arg(boxes));
-    }
-}
-
-/// Without questions to the program, which would wake it. So many lines must come into the terminal
-/// meanwhile.
-void Interpreter::lookAway(int seconds, int lines) {
-    const auto count = [] { return inProgram([] { return screen::state(u"RichTextBox1"_s).count(u'\n'); }); };
-    const auto before = count();
-    QThread::msleep(static_cast<unsigned long>(seconds) * 1000);
-    if (const auto came = count() - before; came * patience() < lines) {
-        fail(u"only %1 lines"_s.arg(came));
     }
 }
 

@@ -30,7 +30,6 @@ class Interpreter {
     void remember(const QString& name);
     void compare(const QString& name, bool same);
     void pollUntilStopped();
-    void lookAway(int seconds, int lines);
     void countTerminal();
     void leave(const QString& file, const QString& content);
 
