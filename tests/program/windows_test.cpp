@@ -55,17 +55,5 @@ TEST(Windows, AClosedOneLeavesTheScreenAtOnceAndItsObjectLater) {
     EXPECT_EQ(test.host.log, (Log{"+recorder", "-recorder", "-recorder"})) << "the second was never shown";
 }
 
-TEST(LineUse, OneOperationAtATimeUsesTheLine) {
-    TestProgram test;
-    EXPECT_TRUE(test.endsProgram([&] {
-        const LineUse first(test.program);
-        EXPECT_TRUE(first);
-        EXPECT_FALSE(LineUse(test.program));
-        EXPECT_TRUE(test.program.lineInUse) << "who was refused does not free the line";
-        throw ProgramEnd{};
-    }));
-    EXPECT_FALSE(test.program.lineInUse);
-}
-
 }  // namespace
 }  // namespace vek
