@@ -5,8 +5,8 @@
 #include "kdl/kdlframe.h"
 #include "program/program.h"
 
-/// The link layer of the KDL bus: the maker's own ASCII requests and replies on the same serial port. It knows
-/// neither commands nor what replies mean, and is not the counterpart of the dialog ModBusLink but of
+/// The link layer of the KDL bus: the maker's own ASCII requests and replies on the same serial port. It
+/// knows neither commands nor what replies mean, and is not the counterpart of the dialog ModBusLink but of
 /// ModBusLink1.
 ///
 /// All waits process events, so that the user can press Stop, and throw ProgramEnd when the user ends the

@@ -7,8 +7,8 @@
 #include "modbus/modbusframe.h"
 #include "program/program.h"
 
-/// The serial port as Modbus uses it, and single Modbus RTU transactions. Nothing here tells the user of a failed
-/// transaction, which ModBus does; and it is no second ModBusLink, which is the interface dialog.
+/// The serial port as Modbus uses it, and single Modbus RTU transactions. Nothing here tells the user of a
+/// failed transaction, which ModBus does; and it is no second ModBusLink, which is the interface dialog.
 namespace vek {
 
 /// Opens the port ComPort with BaudRate and FrameFormat. When that fails, or the port is open already, a
