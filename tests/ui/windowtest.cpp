@@ -105,12 +105,12 @@ TEST_F(WindowTest, OptionsAreOneGroupAndOneTabStop) {
     screen.click("opt8o1");
     EXPECT_TRUE(child.opt8o1.value.get()) << "a second click leaves it set";
 
-    child.opt8e1.enabled = false;
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);  // over the disabled one, round to the first
-    EXPECT_TRUE(child.opt8n1.value.get() && screen.view("opt8n1").hasFocus());
-    EXPECT_FALSE(screen.view<QRadioButton>("opt8o1").isChecked());
-    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    EXPECT_TRUE(child.opt8e1.value.get() && screen.view("opt8e1").hasFocus());
+    child.opt8n1.enabled = false;
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);  // over the disabled one
     EXPECT_TRUE(child.opt8o1.value.get() && screen.view("opt8o1").hasFocus());
+    EXPECT_FALSE(screen.view<QRadioButton>("opt8e1").isChecked());
 }
 
 TEST_F(WindowTest, TheProgramDecidesWhatAClickOnACheckedItemMeans) {
