@@ -99,20 +99,5 @@ TEST(AddressDialog, LetsTheUserActWhileItWaits) {
     EXPECT_TRUE(test.desktop.boxes.empty());
 }
 
-/// Lines of megabytes and bytes that no text has.
-TEST(Settings, StandAnyFile) {
-    const std::string megabytes(5'000'000, 'x');
-    const std::pair<std::string, const char*> cases[] = {
-        {std::string("\0\0[\0]\r\n[RS485]\r\nCOM=\0\x36\0\r\nBAUD=9600\r\n", 36), "Port = COM6, 9600"},
-        {megabytes + "\n[RS485]\n" + megabytes + "\nCOM=7\nBAUD=" + megabytes + "\n", "Port = COM7, 0"},
-        {"\xFF\xFE\r", "Port = COM0, 0"},
-    };
-    for (const auto& [file, panel] : cases) {
-        TestProgram test;
-        test.profileFiles.files["/daten/vekXX731_Monitor.ini"] = file;
-        EXPECT_EQ(test.open<frmModBus>().sbStatusBar_1.caption.get(), panel);
-    }
-}
-
 }  // namespace
 }  // namespace vek

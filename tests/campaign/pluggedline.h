@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 
 #include "platform/posix/posixserial.h"
 #include "platform/pseudoterminal.h"
@@ -15,92 +16,24 @@
 namespace vek {
 
 /// A real serial port at a real pseudo-terminal, COM3, with a simulated device behind it that answers before
-/// the write returns. The adapter is pulled out at one request, before it or when half of the reply is on the
-/// line, and is back as a new device for the one after the next.
-///
-/// The program's time is the fake clock's: a line that is gone costs it the whole time limit, but the test
-/// only a moment.
-class PluggedLine final : public SerialControl {
+/// the write returns. The program's time is the fake clock's: a line that is gone costs it the whole time
+/// limit, but the test only a moment.
+class PluggedLine final : public PosixSerial {
   public:
-    PluggedLine() {
-        std::filesystem::create_directory(data_.path() / "ports");
+    explicit PluggedLine(const TemporaryFolder& data)
+        : PosixSerial(data.path()), link_(data.file("ports/com3")) {
+        std::filesystem::create_directory(data.path() / "ports");
         plugIn();
     }
 
     /// To be set before the first use.
     FakeClock* clock = nullptr;
     sim::SimulatedLine* device = nullptr;
+    std::function<void(std::string_view request)> onWrite;  ///< called before it is written
+    std::function<void()> duringReply;                      ///< called when half of it is on the line
+    std::function<void(std::string_view received)> onRead;
 
-    std::size_t pulledAt = 0;  ///< the number of the request, from 1
-    bool beforeIt = false;
-    std::function<void(std::string_view frame)> onWrite;
-
-    std::size_t requests = 0;
-    std::size_t unanswered = 0;  ///< of these: written while the adapter was out, or answered in part
-
-    /// The user sees to it before the next operation.
-    void plugBack() {
-        if (terminal_ == nullptr) {
-            plugIn();
-        }
-    }
-
-    /// Whether the device has said something that the program has not read.
-    bool hasInput() const { return terminal_ != nullptr && sent_ > 0; }
-
-    bool setPortNumber(int number) override { return serial_.setPortNumber(number); }
-    bool setSettings(std::string_view settings) override { return serial_.setSettings(settings); }
-    bool isOpen() const override { return serial_.isOpen(); }
-    bool isConnected() const override { return serial_.isConnected(); }
-    PortError open() override {
-        sent_ = 0;
-        return serial_.open();
-    }
-    void close() override { serial_.close(); }
-    std::size_t receivedCount() override { return serial_.receivedCount(); }
-    Bytes readInput() override {
-        Bytes input = serial_.readInput();
-        sent_ -= std::min(sent_, input.size());
-        return input;
-    }
-    void writeOutput(std::string_view bytes) override {
-        onWrite(bytes);
-        ++requests;
-        const bool pulled = requests == pulledAt;
-        if (pulled && beforeIt) {
-            pullOut();
-        } else if (terminal_ == nullptr && requests > pulledAt + 1) {
-            plugIn();
-        }
-        serial_.writeOutput(bytes);
-        sent_ = 0;
-        if (terminal_ != nullptr && serial_.isConnected()) {
-            const Bytes reply = replyTo(terminal_->take(bytes.size()));
-            sent_ = pulled ? reply.size() / 2 : reply.size();
-            terminal_->send(reply.substr(0, sent_));
-        }
-        unanswered += pulled || !serial_.isConnected() ? 1U : 0U;
-        if (pulled) {
-            pullOut();
-        }
-    }
-    std::size_t sendQueueCount() override { return serial_.sendQueueCount(); }
-    void waitSent() override { serial_.waitSent(); }
-    bool waitReceived(std::size_t count, TimePoint deadline) override {
-        // More than any reply takes: a line that is whole never lets it pass.
-        constexpr std::chrono::seconds patience{5};
-        constexpr Milliseconds moment{1};
-        const bool whole = terminal_ != nullptr && serial_.isConnected();
-        if (serial_.waitReceived(count, Clock::now() + (whole ? Clock::duration{patience} : moment))) {
-            return true;
-        }
-        clock->advanceTo(deadline);
-        return false;
-    }
-    int inputHandle() const override { return serial_.inputHandle(); }
-    PortInfo portInfo(int number) const override { return serial_.portInfo(number); }
-
-  private:
+    /// A pulled adapter comes back as a new device.
     void plugIn() {
         terminal_ = std::make_unique<PseudoTerminal>();
         nameDevice(terminal_->path());
@@ -109,14 +42,40 @@ class PluggedLine final : public SerialControl {
     /// The name goes with the device: the system may give its number to the next pseudo-terminal of another
     /// process.
     void pullOut() {
-        nameDevice(data_.file("no device"));
+        nameDevice("no device");
         terminal_.reset();
     }
 
+    bool isPluggedIn() const { return terminal_ != nullptr; }
+
+    void writeOutput(std::string_view bytes) override {
+        onWrite(bytes);
+        PosixSerial::writeOutput(bytes);
+        if (isPluggedIn() && isOpen()) {
+            const Bytes reply = replyTo(terminal_->take(bytes.size()));
+            send(reply.substr(0, reply.size() / 2));
+            duringReply();
+            send(reply.substr(reply.size() / 2));
+        }
+    }
+
+    Bytes readInput() override {
+        const Bytes bytes = PosixSerial::readInput();
+        bytes.empty() ? void() : onRead(bytes);
+        return bytes;
+    }
+
+    bool waitReceived(std::size_t count, TimePoint deadline) override {
+        constexpr Milliseconds moment{1};
+        const bool received = PosixSerial::waitReceived(count, Clock::now() + moment);
+        received ? void() : clock->advanceTo(deadline);
+        return received;
+    }
+
+  private:
     void nameDevice(const std::string& path) const {
-        const std::string link = data_.file("ports/com3");
-        std::filesystem::remove(link);
-        std::filesystem::create_symlink(path, link);
+        std::filesystem::remove(link_);
+        std::filesystem::create_symlink(path, link_);
     }
 
     Bytes replyTo(std::string_view request) const {
@@ -129,10 +88,19 @@ class PluggedLine final : public SerialControl {
         return reply;
     }
 
-    TemporaryFolder data_;
-    PosixSerial serial_{data_.path()};
+    /// Returns when the port has it, without the pauses of a port that waits for a slow line.
+    void send(std::string_view bytes) {
+        const std::size_t expected = receivedCount() + bytes.size();
+        const TimePoint patience = Clock::now() + std::chrono::seconds{5};
+        if (isPluggedIn() && terminal_->send(bytes)) {
+            while (receivedCount() < expected && Clock::now() < patience) {
+                std::this_thread::yield();
+            }
+        }
+    }
+
+    const std::string link_;
     std::unique_ptr<PseudoTerminal> terminal_;
-    std::size_t sent_ = 0;  // of the last reply, not yet read
 };
 
 }  // namespace vek

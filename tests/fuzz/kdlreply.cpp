@@ -1,9 +1,13 @@
 // What a device may answer on the KDL bus, and what the monitor and the editor make of it. Input: length of
 // the reply's first part, milliseconds between the parts, the reply.
+#include <cmath>
+
 #include "fuzz.h"
 #include "kdl/KDL.h"
 #include "monitor/kdlrow.h"
+#include "parameters/ParamValueText.h"
 #include "parameters/kdlparametervalue.h"
+#include "platform/leadingnumber.h"
 #include "support/testprogram.h"
 
 namespace vek {
@@ -35,6 +39,8 @@ void fuzz(Input input) {
     require(version.size() >= 4 && version[version.size() - 3] == '.', "a version has two decimals");
     const std::string value = KdlParameterValueText(result);
     require(!value.starts_with(' ') && !value.ends_with(' '), "a parameter's value has no blanks around it");
+    require(std::isfinite(leadingNumber(result)) && std::isfinite(ParamValueText(result)),
+            "a number is finite");
 }
 
 }  // namespace vek

@@ -36,11 +36,6 @@ Operations operationsOf(TestProgram& test) {
              KdlClosePort(program);
              return "";
          }},
-        {"sending",
-         [&](const Operand& milliseconds) {
-             test.serial.sendTime = Milliseconds{milliseconds.numbers[0]};
-             return "";
-         }},
         {"address",
          [&, shown](const Operand& address) {
              KdlSetAddress(program, address.text);
@@ -79,12 +74,6 @@ class KdlLink : public testing::Test {
     TestProgram test;
     std::int64_t took = 0;
 };
-
-TEST_F(KdlLink, BytesThatFollowOneAnotherDoNotWakeTheWindowsOneByOne) {
-    EXPECT_EQ(ask("abcdef" + Bytes(60, 'x') + "&dZB\r\n", Milliseconds{1}), Bytes(60, 'x'));
-    EXPECT_EQ(took, 5 + 20 + 71) << "the wait ends with the line feed all the same";
-    EXPECT_LT(test.desktop.eventRounds, 30);
-}
 
 TEST_F(KdlLink, AFloodEndsWithTheTimeOutAndFillsNothing) {
     const Bytes longest(65536 - 9, 'x');

@@ -83,16 +83,6 @@ TEST(Modbus, Conversations) {
     converse(test, VEK_TEST_FOLDER "conversations.txt", operationsOf(test));
 }
 
-TEST(Modbus, TheTimeOutRunsFromTheMomentTheFrameIsOut) {
-    TestProgram test;
-    test.configure();
-    OpenPort(test.program);
-    test.serial.sendTime = Milliseconds{70};
-    const TimePoint begin = test.clock.now();
-    EXPECT_EQ(SendReadRequest(test.program, 3, 9820, 1), "CRC_TIMEOUT");
-    EXPECT_EQ(test.clock.now() - begin, Milliseconds{1070});
-}
-
 TEST(Modbus, SpoiledAndCutRepliesAreNoneAndOnesInPiecesAre) {
     TestProgram test;
     test.configure();

@@ -12,7 +12,6 @@
 #include "monitor/frmMessReg.h"
 #include "monitor/frmParaReg.h"
 #include "monitor/kdlmonitor.h"
-#include "support/shown.h"
 
 namespace vek {
 namespace {
@@ -28,15 +27,6 @@ std::string shown(Bench& bench, const Texts& controls) {
         all += "/" + bench.stateOf(control);
     }
     return all.substr(1);
-}
-
-/// A control of each row of a table.
-Texts rows(const std::string& name, std::size_t count) {
-    Texts controls;
-    for (std::size_t row = 0; row < count; ++row) {
-        controls.push_back(name + "_" + std::to_string(row));
-    }
-    return controls;
 }
 
 Stories::State showing(const Texts& controls) {
@@ -57,7 +47,7 @@ Stories::State looking(const Texts& labels) {
 }
 
 /// For each control whether it has the property.
-Stories::State having(const char* property, const Texts& controls) {
+Stories::State having(const std::string& property, const Texts& controls) {
     return [property, controls](Bench& bench) {
         std::string all;
         for (const std::string& control : controls) {
@@ -193,32 +183,13 @@ TEST(Monitors, DoAsTheStoriesTell) {
         bench.test.program.DeviceType = static_cast<std::uint8_t>(std::stoi(type));
     };
     auto& states = stories.states;
-    for (const std::string& row : rows("", 16)) {
-        states["row" + row] = showing(
-            {"lblMesswert" + row, "lblRange" + row, "lblEinheit" + row, "lblMessName" + row, "LED" + row});
-        states["hex" + row] = showing({"lblHexVal" + row, "lblDezVal" + row, "lblChr" + row});
+    for (const TableRow& row : readTable(VEK_TEST_FOLDER "states.txt")) {
+        const Texts controls = split(row.cells.at(2), " ");
+        const std::string& what = row.cells[1];
+        states[row.cells[0]] = what == "shown"  ? showing(controls)
+                               : what == "look" ? looking(controls)
+                                                : having("." + what, controls);
     }
-    states["monitorLook"] = looking({"lblHeading_0", "lblHeading_1", "Label7_0", "lblMesswert_0",
-                                     "lblRange_0", "lblEinheit_0", "lblMessName_0", "lblDevName", "lblSwMb"});
-    states["positionLook"] = looking({"lblRePos", "lblReNeg", "lblFehlerVorzeichen"});
-    states["stringLook"] = looking({"Label28", "Label33", "Label34", "Label35"});
-    states["channelLook"] =
-        looking({"lblHeading_0", "lblMessVal", "lblMessBeschreibung", "lblTestTxt", "lblBezTxt"});
-    states["registerLook"] =
-        looking({"lblHeading_1", "lblRowNumber_9", "lblHexVal_9", "lblDezVal_9", "lblChr_9"});
-    states["tests"] = showing({"LED_TEST_INTERN", "LED_TEST_EXTERN"});
-    states["device"] = showing({"lblDevName", "lblSwRegNr", "lblSwVer", "lblSwDate", "lblSwMb"});
-    states["position"] = showing({"Slider1", "lblFehlerVorzeichen", "lblReNeg", "lblRePos"});
-    states["string"] = showing({"Label28", "Label25", "Label33", "Label35", "Label34"});
-    states["names"] = showing(rows("Label7", 16));
-    states["lamps"] = having(".visible", rows("LED", 9));
-    states["usable"] = having(".enabled", {"cmdRunMonitor", "cmdStop", "cmdClose", "cmdCal", "cmdTest",
-                                           "cmdCLR", "cmdFACT", "cmdFACTall"});
-    states["usable4"] = having(".enabled", {"cmdRunMonitor", "cmdStop", "cmdClose"});
-    states["names9"] = showing(rows("Label7", 9));
-    states["channel"] =
-        showing({"lblMessVal", "lblMessTest", "lblTestTxt", "lblMessAlarm", "lblAlarmTxt", "lblMessRange",
-                 "lblRangeTxt", "lblMessEinheit", "lblEinheitTxt", "lblMessBeschreibung", "lblBezTxt"});
     states["stringLamp"] = [](Bench& bench) {
         const auto color = dynamic_cast<Label&>(bench.control("Label28")).backColor.get();
         return std::string(1, colorLetter(color.value_or(colors::white)));

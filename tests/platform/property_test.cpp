@@ -2,30 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <optional>
 #include <vector>
 
 namespace vek {
 namespace {
-
-TEST(Property, NotifiesOnlyChangesAndAllWithTheValueThatHolds) {
-    Property<int> value{1};
-    std::vector<int> bound;
-    std::vector<int> seen;
-    const Subscription binding = value.bind([&](int v) { bound.push_back(v); });
-    const Subscription clamp = value.observe([&](int v) { value = std::min(v, 100); });
-    const Subscription observer = value.observe([&](int v) { seen.push_back(v); });
-    for (const int next : {1, 2, 2, 250}) {
-        value = next;
-    }
-    EXPECT_EQ(value.get(), 100);
-    EXPECT_EQ(bound.front(), 1);
-    EXPECT_EQ(bound.back(), 100);
-    EXPECT_EQ(seen.front(), 2);
-    EXPECT_EQ(seen.back(), 100);
-    EXPECT_EQ(std::count(seen.begin(), seen.end(), 250), 0) << "a value that no longer holds";
-}
 
 TEST(Property, SubscriptionsMayComeAndGoInAnObserverAndOutliveTheProperty) {
     std::optional<Subscription> second;

@@ -2,20 +2,15 @@
 
 #include <stdexcept>
 
-#include "support/shown.h"
-
 namespace vek {
 
 namespace {
 
 sim::LineOptions lineOf(int type, bool kdl) {
-    sim::LineOptions line = deviceOf(type);
+    sim::LineOptions line;
+    line.device.type = type;
     line.device.kdl = kdl;
     return line;
-}
-
-unsigned word(const Bytes& frame, std::size_t offset) {
-    return static_cast<unsigned char>(frame[offset]) * 256U + static_cast<unsigned char>(frame[offset + 1]);
 }
 
 template <class Do>
@@ -103,6 +98,18 @@ std::string valueOf(const Control& control) {
 
 }  // namespace
 
+char colorLetter(const Color& color) {
+    constexpr std::pair<Color, char> letters[] = {{colors::red, 'R'},     {colors::yellow, 'Y'},
+                                                  {colors::green, 'G'},   {colors::cyan, 'C'},
+                                                  {colors::magenta, 'M'}, {colors::white, 'W'}};
+    for (const auto& [named, letter] : letters) {
+        if (named == color) {
+            return letter;
+        }
+    }
+    return '-';
+}
+
 Bench::Bench(int type, bool kdl, SerialControl* line)
     : test({.decimalPoint = ",", .groupSeparator = "."}, line),
       peer(test.serial, test.clock, lineOf(type, kdl)) {
@@ -129,11 +136,11 @@ std::string Bench::requestIn(const Bytes& frame) {
     };
     if (frame.front() != ':') {
         const std::string address = at(std::to_string(static_cast<unsigned char>(frame[0])), "3");
-        const std::string number = std::to_string(word(frame, 2));
+        const std::string number = std::to_string(BytesToWord(frame.substr(2, 2)));
         if (frame[1] == functionWriteMultipleRegisters) {
-            return address + "w" + number + "=" + std::to_string(word(frame, 7));
+            return address + "w" + number + "=" + std::to_string(BytesToWord(frame.substr(7, 2)));
         }
-        const unsigned count = word(frame, 4);
+        const unsigned count = BytesToWord(frame.substr(4, 2));
         return address + "r" + number + (count == 1 ? "" : "x" + std::to_string(count));
     }
     const std::string address = at(frame.substr(2, 3), "003");

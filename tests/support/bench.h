@@ -5,11 +5,15 @@
 #include <vector>
 
 #include "modbus/modbusframe.h"
+#include "platform/color.h"
 #include "support/simulatedpeer.h"
 #include "support/table.h"
 #include "support/testprogram.h"
 
 namespace vek {
+
+/// The colour of an indicator as a letter: Red, Yellow, Green, Magenta, Cyan, White; - for grey.
+char colorLetter(const Color& color);
 
 /// A program on one of the buses with a simulated device of the type, both at address 3. The controls of its
 /// open windows are used by name, as the user does.

@@ -172,6 +172,8 @@ void converse(TestProgram& test, const std::string& file, const Operations& oper
         SCOPED_TRACE(file + ":" + std::to_string(row->line) + ": " + row->operation);
         if (name == "wait") {
             test.clock.advance(Milliseconds{operand.numbers.at(0)});
+        } else if (name == "sending") {
+            test.serial.sendTime = Milliseconds{operand.numbers.at(0)};
         } else if (name == "cancel") {
             test.desktop.answers = {MessageAnswer::Cancel};
         } else {

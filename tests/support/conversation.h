@@ -15,15 +15,14 @@
 ///     read 9820 1 | 03 03 26 5C 00 01 * | @20 03 03 02 12 34 *   | 4660   |       | 20
 ///
 /// - operation: a name that the test gives a meaning, and what the operation works on. A row without one is
-/// the
-///   next request of the operation above it. Always there: "wait 50" lets 50 ms pass, "cancel" has the next
-///   box answered with Abbrechen.
+///   the next request of the operation above it. Always there: "wait 50" lets 50 ms pass, with "sending 70"
+///   the line takes 70 ms a frame, "cancel" has the next box answered with Abbrechen.
 /// - request: the frame that must go over the line; an empty cell: none.
 /// - reply: what the device sends, "@ms" before a piece says when it arrives after the request (20 without);
 ///   an empty cell: nothing.
 /// - result: what the operation gives, "END" when it ends the program.
 /// - boxes: its message boxes, " // " between two; CRC is the question after a failed request, BYE the
-/// farewell.
+///   farewell.
 /// - ms: how long the operation takes; not looked at when empty.
 ///
 /// Frames are hexadecimal on Modbus and text on the KDL bus, there with odd bytes as \0D; "*" is the right

@@ -14,14 +14,13 @@ namespace vek {
 class FakeProfileFiles final : public ProfileFiles {
   public:
     std::map<std::string, std::string> files;  ///< path and the bytes as they would stand on disk
-    bool refuseReads = false;
     bool refuseWrites = false;
     int readCount = 0;
     int writeCount = 0;  ///< successful writes
 
     std::string text(const std::string& path) override {
         ++readCount;
-        return refuseReads || !files.contains(path) ? "" : files[path];
+        return !files.contains(path) ? "" : files[path];
     }
 
     bool write(const std::string& path, const std::vector<ProfileEntry>& entries) override {

@@ -62,9 +62,7 @@ class FakeSerial final : public SerialControl {
     // What the test looks at.
 
     std::vector<Opening> openings;  ///< successful ones
-    int closeCount = 0;             ///< closings of an open port
     std::vector<Bytes> written;     ///< frames that reached the line
-    std::vector<Bytes> lost;        ///< frames written to a closed port or without a device
     const std::string& settings() const { return settings_; }
     /// When the next byte that has not arrived yet will.
     std::optional<TimePoint> nextArrival() const {
@@ -105,7 +103,6 @@ class FakeSerial final : public SerialControl {
     }
 
     void close() override {
-        closeCount += open_ ? 1 : 0;
         open_ = false;
         disconnect();
         received_.clear();
@@ -129,10 +126,10 @@ class FakeSerial final : public SerialControl {
             onWrite(bytes);
         }
         connected_ = open_ && pluggedIn_;
-        (connected_ ? written : lost).emplace_back(bytes);
         if (!connected_) {
             return;
         }
+        written.emplace_back(bytes);
         sending_ = sendQueueCount() + bytes.size();
         sentAt_ = std::max(sentAt_, clock_.now()) + sendTime;
         if (peer) {

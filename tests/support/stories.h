@@ -18,19 +18,17 @@
 /// - set CONTROL VALUE, press CONTROL, close WINDOW; "file NAME" is chosen in the next file dialog, "cancel"
 ///   answers the next box with Abbrechen.
 /// - fault KIND[=AMOUNT][,LIMIT...]: as the simulated device has them; "well" ends them. "store REGISTER
-/// VALUE" in
-///   the device. "reply REQUEST = VALUE": in place of the device's own reply, of a register its number or
-///   texts in quotation marks, "!2" an exception, on the KDL bus the payload. "pull REQUEST": the adapter
-///   goes at it. "port N ERROR": it is not there, in use or not permitted.
+///   VALUE" in the device. "reply REQUEST = VALUE": in place of the device's own reply, of a register its
+///   number or texts in quotation marks, "!2" an exception, on the KDL bus the payload. "pull REQUEST": the
+///   adapter goes at it. "port N ERROR": it is not there, in use or not permitted.
 /// - content NAME = TEXT: of a file, \n for its line ends. edit NAME LINE => LINE.
 /// - requests: as Bench has them; "-" = none; not looked at when empty.
 /// - boxes: " // " between two; E: and W: are errors with the title "Fehler" and "Write Error", R: a W: after
-/// the
-///   one of a device that refuses, I: a note; CRC is the question after a failed request, BYE the farewell;
-///   END means that the program ends. An empty cell: no box.
+///   the one of a device that refuses, I: a note; CRC is the question after a failed request, BYE the
+///   farewell; END means that the program ends. An empty cell: no box.
 /// - states: as Bench::stateOf() has them, by its number of a register in the device, or of what else has a
-/// name
-///   in the file's own program. "..." stands for any text, in all cells. Text behind # is for the reader.
+///   name in the file's own program. "..." stands for any text, in all cells. Text behind # is for the
+///   reader.
 namespace vek {
 
 class Stories {

@@ -1,15 +1,14 @@
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <QCursor>
 #include <QMessageBox>
 #include <QPushButton>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 
+#include "platform/pseudoterminal.h"
 #include "platform/seams/system.h"
+#include "platform/temporaryfolder.h"
 #include "screen.h"
 
 namespace vek::test {
@@ -68,13 +67,11 @@ TEST_F(DesktopTest, WhatTheUserDoesWhileInputIsHeldComesAfterwards) {
 }
 
 TEST_F(DesktopTest, AWaitEndsWithItsTimeOrWithAByteOnTheLine) {
-    const int device = posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_TRUE(grantpt(device) == 0 && unlockpt(device) == 0);
-    const auto folder = std::filesystem::path(::testing::TempDir()) / "vek-desktop";
-    std::filesystem::remove_all(folder);
-    std::filesystem::create_directories(folder / "ports");
-    std::filesystem::create_symlink(ptsname(device), folder / "ports" / "com1");
-    const auto line = systemSerialControl(folder.string());
+    PseudoTerminal device;
+    const TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path() / "ports");
+    std::filesystem::create_symlink(device.path(), folder.file("ports/com1"));
+    const auto line = systemSerialControl(folder.path().string());
     ASSERT_TRUE(line->setPortNumber(1) && line->setSettings("9600,e,8,1"));
     ASSERT_EQ(line->open(), PortError::None);
     desktop.watchLine(*line);
@@ -87,10 +84,9 @@ TEST_F(DesktopTest, AWaitEndsWithItsTimeOrWithAByteOnTheLine) {
         return desktop.now() - begin;
     };
     EXPECT_GE(waited(200ms), 190ms);
-    ASSERT_EQ(write(device, "x", 1), 1);
+    device.send("x");
     EXPECT_LT(waited(5s), 2s);
     line->close();
-    close(device);
 }
 
 /// The end of the program from within event loops that handlers have started.

@@ -12,7 +12,7 @@ namespace vek {
 /// together: some programs know only one of them); set up as a plain byte line.
 ///
 /// At most 64 KiB wait to be read; what a flood brings beyond them is lost.
-class PosixSerial final : public SerialControl {
+class PosixSerial : public SerialControl {
   public:
     /// `dataFolder` holds the links from COM numbers to devices, see comDevicePath().
     explicit PosixSerial(std::string dataFolder);
