@@ -83,7 +83,7 @@ class Workbench:
 
     def configure(self):
         """With shared libraries a fault is one object and one library to build."""
-        options = {"CMAKE_BUILD_TYPE": "Debug", "CMAKE_CXX_FLAGS_DEBUG": "-O0", "BUILD_SHARED_LIBS": "ON",
+        options = {"CMAKE_BUILD_TYPE": "Debug", "CMAKE_CXX_FLAGS_DEBUG": "-O1", "BUILD_SHARED_LIBS": "ON",
                    "CMAKE_POSITION_INDEPENDENT_CODE": "ON", "CMAKE_LINK_DEPENDS_NO_SHARED": "ON"}
         if shutil.which("ccache"):
             options["CMAKE_CXX_COMPILER_LAUNCHER"] = "ccache"
