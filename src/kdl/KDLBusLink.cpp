@@ -125,6 +125,7 @@ Bytes KdlTransact(Program& program, std::string_view command) {
     Bytes reply = collectReply(program);
     StopTimeOut(program);
     logText(program, LogColor::Blue, reply);
+    program.unansweredRequests = reply.ends_with(kdlLineEnd) ? 0 : program.unansweredRequests + 1;
     if (!reply.ends_with(kdlLineEnd)) {
         program.lateReplyLimit =
             program.RS485.isConnected() ? program.desktop.now() + longestDelay : TimePoint{};

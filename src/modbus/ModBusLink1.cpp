@@ -47,6 +47,11 @@ Bytes transact(Program& program, const Bytes& request) {
     }
 }
 
+Bytes counted(Program& program, Bytes result) {
+    program.unansweredRequests = result == crcTimeout ? program.unansweredRequests + 1 : 0;
+    return result;
+}
+
 }  // namespace
 
 void OpenPort(Program& program) {
@@ -73,12 +78,12 @@ bool PortExists(Program& program, int n, PortError& error) {
 
 Bytes SendReadRequest(Program& program, std::uint8_t slave, std::uint16_t startRegister,
                       std::uint16_t count) {
-    return transact(program, readRequest(slave, startRegister, count));
+    return counted(program, transact(program, readRequest(slave, startRegister, count)));
 }
 
 Bytes SendWriteRequest(Program& program, std::uint8_t slave, std::uint16_t startRegister, std::uint8_t count,
                        std::uint8_t byteCount, std::string_view data) {
-    return transact(program, writeRequest(slave, startRegister, count, byteCount, data));
+    return counted(program, transact(program, writeRequest(slave, startRegister, count, byteCount, data)));
 }
 
 void SetDeviceAddress(Program& program, std::string_view text) {

@@ -54,7 +54,12 @@ NumberInText leadingNumberOf(const std::string& text) {
 }  // namespace
 
 double ParamValueText(std::string_view text) {
-    return leadingNumberOf(withoutBlanks(text)).value;
+    return leadingTextNumber(text).value_or(0);
+}
+
+std::optional<double> leadingTextNumber(std::string_view text) {
+    const NumberInText number = leadingNumberOf(withoutBlanks(text));
+    return number.length != 0 ? std::optional(number.value) : std::nullopt;
 }
 
 std::optional<double> wholeTextNumber(std::string_view text) {

@@ -11,6 +11,9 @@ namespace vek {
 /// not-a-number: a number beyond all bounds counts as the largest there is.
 double ParamValueText(std::string_view text);
 
+/// The same; nothing for a text that begins with no number.
+std::optional<double> leadingTextNumber(std::string_view text);
+
 /// The same for a text that is a number as a whole; nothing for any other text.
 std::optional<double> wholeTextNumber(std::string_view text);
 

@@ -3,6 +3,8 @@
 #include "parameters/editorlayout.h"
 #include "parameters/kdlreadparameters.h"
 #include "parameters/kdlwriteparameters.h"
+#include "parameters/knownparameters.h"
+#include "parameters/parametercodes.h"
 #include "parameters/parameterfiles.h"
 #include "parameters/readparameters.h"
 #include "parameters/writeparameters.h"
@@ -13,6 +15,9 @@ namespace {
 
 /// Room for the longest value, a threshold of four digits.
 constexpr int boxCharacters = 4;
+
+/// For "teilweise in Gerät gesetzt 23:59, 12 geändert".
+constexpr int originCharacters = 40;
 
 Box alarmList(AlarmBoxes& boxes) {
     Box list = grid(1, {});
@@ -33,16 +38,27 @@ frmMbParameter::frmMbParameter(Program& program) : ChildForm(program, "frmMbPara
     }
     cmdReadPara.toolTip = "Alle Geräteparameter auslesen";
     cmdWritePara.toolTip = "Geräteparameter neu setzen";
-    cmdReadPara.click = [this] { useDevice(&frmMbParameter::readDevice); };
-    cmdWritePara.click = [this] { useDevice(&frmMbParameter::writeDevice); };
+    lblHerkunft.minimumCharacters = originCharacters;
+    cmdReadPara.click = [this] {
+        useDevice(&frmMbParameter::readDevice);
+        giveKeyboardTo(cmdReadPara);
+    };
+    cmdWritePara.click = [this] {
+        useDevice(&frmMbParameter::writeDevice);
+        giveKeyboardTo(keyboardAfterWriting());
+    };
     cmd_Para_File_open.click = [this] { loadFile(); };
-    cmd_Para_File_Save.click = [this] { SaveParameterFile(program_, *this); };
+    cmd_Para_File_Save.click = [this] { saveFile(); };
     cmdClose.click = [this] { close(); };
 }
 
-/// The main window's commands go before the first register is read, which lets events through.
 void frmMbParameter::load() {
     ChildForm::load();
+    for (const ParameterOrder order : {ParameterOrder::File, ParameterOrder::Read}) {
+        for (const ParameterRow* row : rowsInOrder(order, program_.DeviceType)) {
+            forget(*this, *row);
+        }
+    }
     if (program_.kdlActive()) {
         applyTypeLayout(*this, program_.DeviceType);
         applyKdlLayout(*this, program_.DeviceType);
@@ -50,8 +66,14 @@ void frmMbParameter::load() {
     } else {
         applyModbusLayout(*this, program_.DeviceType);
     }
-    useDevice(&frmMbParameter::readDevice);
     applyRangeCaptions(*this, program_.DeviceType);
+    origin_.watch(rowsInOrder(program_.kdlActive() ? ParameterOrder::KdlWrite : ParameterOrder::Write,
+                              program_.DeviceType),
+                  *this);
+}
+
+void frmMbParameter::shown() {
+    useDevice(&frmMbParameter::readDevice);
 }
 
 void frmMbParameter::useDevice(void (frmMbParameter::*operation)()) {
@@ -59,19 +81,22 @@ void frmMbParameter::useDevice(void (frmMbParameter::*operation)()) {
     if (!line) {
         return;
     }
-    cmdReadPara.enabled = false;
-    cmdWritePara.enabled = false;
+    Button* const buttons[] = {&cmdReadPara, &cmdWritePara, &cmd_Para_File_open, &cmd_Para_File_Save};
+    for (Button* button : buttons) {
+        button->enabled = false;
+    }
     (this->*operation)();
-    cmdReadPara.enabled = true;
-    cmdWritePara.enabled = true;
+    for (Button* button : buttons) {
+        button->enabled = true;
+    }
 }
 
 void frmMbParameter::readDevice() {
-    if (program_.kdlActive()) {
-        KdlReadParameters(program_, *this, [this] { return isOpen(); });
-    } else {
-        ReadParameters(program_, *this, [this] { return isOpen(); });
-    }
+    const auto stillOpen = [this] { return isOpen(); };
+    origin_.pause();
+    const PassResult result = program_.kdlActive() ? KdlReadParameters(program_, *this, stillOpen)
+                                                   : ReadParameters(program_, *this, stillOpen);
+    origin_.set(result.done > 0 ? "aus Gerät gelesen " + timeOfDay() : "nicht gelesen");
 }
 
 /// What the user does meanwhile waits for the end: a value typed halfway must not be written, nor a set be
@@ -80,10 +105,11 @@ void frmMbParameter::readDevice() {
 void frmMbParameter::writeDevice() {
     {
         const InputHold hold(program_.desktop);
-        if (program_.kdlActive()) {
-            KdlWriteParameters(program_, *this);
-        } else {
-            WriteParameters(program_, *this);
+        const PassResult result =
+            program_.kdlActive() ? KdlWriteParameters(program_, *this) : WriteParameters(program_, *this);
+        if (result.done > 0) {
+            origin_.set((result.failed > 0 ? "teilweise in Gerät gesetzt " : "in Gerät gesetzt ") +
+                        timeOfDay());
         }
     }
     program_.desktop.processEvents();
@@ -93,8 +119,33 @@ void frmMbParameter::loadFile() {
     switches_.pause();
     if (LoadParameterFile(program_, *this)) {
         switches_.textsFollow();
+        const std::string& path = program_.ProfilePath;
+        origin_.set("aus Datei " + path.substr(path.find_last_of(program_.folders.separator()) + 1));
     }
     switches_.resume();
+    giveKeyboardTo(cmd_Para_File_open);
+}
+
+void frmMbParameter::saveFile() {
+    SaveParameterFile(program_, *this);
+    giveKeyboardTo(cmd_Para_File_Save);
+}
+
+/// The first box that was refused, else the button.
+const Control& frmMbParameter::keyboardAfterWriting() {
+    for (const ParameterRow* row : rowsInOrder(ParameterOrder::Write, program_.DeviceType)) {
+        const TextBox* const box = numberBox(*this, *row);
+        if (box != nullptr && box->refused) {
+            return *box;
+        }
+    }
+    return cmdWritePara;
+}
+
+void frmMbParameter::giveKeyboardTo(const Control& control) {
+    if (giveKeyboard && isOpen()) {
+        giveKeyboard(control);
+    }
 }
 
 Box frmMbParameter::thresholds() {
@@ -146,7 +197,7 @@ Box frmMbParameter::lineSettings() {
 
 Box frmMbParameter::layout() {
     return column({row({thresholds(), relays(), lineSettings()}),
-                   row({row({cmdReadPara, cmdWritePara}), row({prgFortschritt}),
+                   row({row({cmdReadPara, cmdWritePara}), column({prgFortschritt, lblHerkunft}),
                         row({cmd_Para_File_open, cmd_Para_File_Save}), row({cmdClose})})});
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "parameters/parametercontrols.h"
+#include "parameters/parameterorigin.h"
 #include "parameters/thresholdswitches.h"
 #include "program/childform.h"
 
@@ -20,19 +21,26 @@ class frmMbParameter : public ChildForm, public ParameterControls {
 
     Box layout() override;
     void load() override;
-    Button* cancelButton() override { return &cmdClose; }
+    /// Reads the device: the window stands there meanwhile, with its progress.
+    void shown() override;
+    /// What has been typed must not go with one key.
+    bool escapeCloses() const override { return false; }
 
   private:
     void readDevice();
     void writeDevice();
     void loadFile();
+    void saveFile();
     void useDevice(void (frmMbParameter::*operation)());
+    const Control& keyboardAfterWriting();
+    void giveKeyboardTo(const Control& control);
 
     Box thresholds();
     Box relays();
     Box lineSettings();
 
     ThresholdSwitches switches_{*this};
+    ParameterOrigin origin_{*this, lblHerkunft};
 };
 
 }  // namespace vek

@@ -6,8 +6,6 @@
 #include "parameters/ParamValueText.h"
 #include "parameters/kdlparametervalue.h"
 #include "parameters/parametercodes.h"
-#include "parameters/parameterpass.h"
-#include "parameters/unreadparameters.h"
 #include "platform/textcodec.h"
 
 namespace vek {
@@ -19,11 +17,6 @@ using C = ParameterControls;
 std::string readRequest(const ParameterRow& row, std::uint8_t deviceType) {
     return row.kdl.query != nullptr ? row.kdl.query
                                     : ":TRSH? " + std::to_string(row.kdl.numbers.of(deviceType).value());
-}
-
-void reportInvalid(Program& program, C& controls, const ParameterRow& row) {
-    noteAnswer(controls, row, false);
-    showError(program, row.kdl.invalidValue != nullptr ? row.kdl.invalidValue : row.invalidValue);
 }
 
 /// The code that a value text stands for. A threshold tells by its own value whether it is on.
@@ -56,17 +49,18 @@ bool showImpedanceMeasurement(C& controls, const std::string& text) {
     return off;
 }
 
-void showValue(Program& program, C& controls, const ParameterRow& row, const std::string& text) {
+bool showValue(Program& program, C& controls, const ParameterRow& row, const std::string& text) {
     if (TextBox* box = numberBox(controls, row)) {
         box->text = text;
-        return;
+        return true;
     }
     const bool shown = row.field == ParameterField::ZeAktiv
                            ? showImpedanceMeasurement(controls, text)
                            : showCode(controls, row, codeInText(row, text), Bus::Kdl);
     if (!shown) {
-        reportInvalid(program, controls, row);
+        showError(program, row.kdl.invalidValue != nullptr ? row.kdl.invalidValue : row.invalidValue);
     }
+    return shown;
 }
 
 /// What only counts beside the impedance measurement is not asked for while that is off.
@@ -76,24 +70,28 @@ void showOff(C& controls, const ParameterRow& row) {
     }
 }
 
-void readParameter(Program& program, C& controls, const ParameterRow& row) {
+bool readParameter(Program& program, C& controls, const ParameterRow& row) {
     if (row.needsImpedance != NeedsImpedance::Never && !controls.chkZe.value) {
-        showOff(controls, row);
-        return;
+        if (!controls.chkZe.unknown) {
+            showOff(controls, row);
+        }
+        return !controls.chkZe.unknown;
     }
     const std::string text = utf8FromWindows1252(
         KdlParameterValueText(KdlTransact(program, readRequest(row, program.DeviceType))));
-    noteAnswer(controls, row, !text.empty());
-    showValue(program, controls, row, text);
+    return !text.empty() && showValue(program, controls, row, text);
 }
 
 }  // namespace
 
-void KdlReadParameters(Program& program, ParameterControls& controls, const std::function<bool()>& isOpen) {
+PassResult KdlReadParameters(Program& program, ParameterControls& controls,
+                             const std::function<bool()>& isOpen) {
     KdlOpenPort(program);
-    readRows(program, controls, rowsInOrder(ParameterOrder::KdlRead, program.DeviceType), isOpen,
-             [&](const ParameterRow& row) { readParameter(program, controls, row); });
+    const PassResult result =
+        readRows(program, controls, rowsInOrder(ParameterOrder::KdlRead, program.DeviceType), isOpen,
+                 [&](const ParameterRow& row) { return readParameter(program, controls, row); });
     KdlClosePort(program);
+    return result;
 }
 
 }  // namespace vek

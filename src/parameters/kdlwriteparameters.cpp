@@ -1,6 +1,7 @@
 #include "parameters/kdlwriteparameters.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,7 +11,6 @@
 #include "parameters/bussettings.h"
 #include "parameters/kdlparametervalue.h"
 #include "parameters/parametercodes.h"
-#include "parameters/parameterpass.h"
 #include "platform/leadingnumber.h"
 
 namespace vek {
@@ -43,48 +43,41 @@ struct Writing {
         return transact(":TRSH " + std::string(value));
     }
 
-    void reportFailure() const { showError(program, writeFailureOf(controls, row), writeErrorTitle); }
-
-    void report(Answer answer) const {
-        if (answer != Answer::Acknowledged) {
-            reportFailure();
-        }
+    bool reportFailure() const {
+        showError(program, writeFailureOf(controls, row), writeErrorTitle);
+        return false;
     }
 
-    void sendReported(std::string_view value) const { report(send(value)); }
+    bool report(Answer answer) const { return answer == Answer::Acknowledged || reportFailure(); }
 
-    void sendReported(std::uint16_t code) const {
-        report(row.kdl.query != nullptr ? transact(row.kdl.orders.at(code)) : send(std::to_string(code)));
+    bool sendReported(std::string_view value) const { return report(send(value)); }
+
+    bool sendReported(std::uint16_t code) const {
+        return report(row.kdl.query != nullptr ? transact(row.kdl.orders.at(code))
+                                               : send(std::to_string(code)));
     }
 };
 
-/// Whether the text can stand in a request, whose end is marked by "&", and says something.
-bool isSendable(std::string_view text) {
-    return text.find_first_not_of(' ') != std::string_view::npos &&
-           std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~' && c != '&'; });
+/// The text goes out as it is: one that is not a number as a whole, or that can be read in two ways ("1 00",
+/// "1e2"), is none.
+std::optional<double> sendableNumber(std::string_view text) {
+    const bool printable = std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    const std::optional<double> value = wholeTextNumber(text);
+    return printable && value == leadingNumber(text) ? value : std::nullopt;
 }
 
-/// The text goes out as it is: one that can be read in two ways ("1 00", "1e2") is in no range.
-bool isInRange(std::string_view text, const NumberRange& range) {
-    const double value = ParamValueText(text);
-    return value >= range.lowest && value <= range.highest && value == leadingNumber(text);
+bool isInRange(double value, const NumberRange& range) {
+    return value >= range.lowest && value <= range.highest;
 }
 
-/// Whether a 0 switches a resistance threshold off: while its check box is shown, which is beside an
-/// impedance measurement. A value out of range is refused there too, and so is a text without a number:
-/// nobody expects that a slip of the finger takes an alarm away.
-bool switchesResistanceOff(const C& controls, const ParameterRow& row, std::string_view text) {
-    return (controls.*row.kdl.onOff).visible && wholeTextNumber(text) == 0.0;
-}
-
-/// Whether a box switches its threshold off. An empty box, such as a read without a reply leaves behind, does
-/// not.
+/// Whether the text switches its threshold off: a resistance by the number 0 only while its check box is
+/// shown, which is beside an impedance measurement.
 bool switchesOff(const C& controls, const ParameterRow& row, std::string_view text) {
-    if (row.kdl.onOff == nullptr || !isSendable(text)) {
+    if (row.kdl.onOff == nullptr) {
         return false;
     }
-    return text == kdlOffText ||
-           (row.kdl.zeroIsOff ? ParamValueText(text) == 0 : switchesResistanceOff(controls, row, text));
+    const bool zeroIsOff = row.kdl.zeroIsOff || (controls.*row.kdl.onOff).visible;
+    return text == kdlOffText || (zeroIsOff && wholeTextNumber(text) == 0.0);
 }
 
 /// The box decides; the check box follows.
@@ -93,41 +86,43 @@ void showState(const Writing& writing, TextBox& box, bool on) {
         return;
     }
     CheckBox& onOff = writing.controls.*writing.row.kdl.onOff;
-    onOff.value = on && onOff.visible;
+    onOff.decide(on && onOff.visible);
     if (!on) {
         box.text = kdlOffText;
     }
 }
 
-void writeNumber(const Writing& writing, const NumberParameter& number) {
+bool writeNumber(const Writing& writing, const NumberParameter& number) {
     const ParameterRow& row = writing.row;
     const std::uint8_t deviceType = writing.program.DeviceType;
     TextBox& box = writing.controls.*number.box;
     const std::string text = box.text;
     if (switchesOff(writing.controls, row, text)) {
         showState(writing, box, false);
-        writing.sendReported("0");
-    } else if (!isSendable(text) || (row.kdl.hasRange && !isInRange(text, rangeOf(number, deviceType)))) {
-        showError(writing.program,
-                  row.kdl.outOfRange != nullptr ? row.kdl.outOfRange : outOfRangeText(number, deviceType));
-    } else {
-        showState(writing, box, true);
-        writing.sendReported(text);
+        return writing.sendReported("0");
     }
+    const std::optional<double> value = sendableNumber(text);
+    if (!value || (row.kdl.hasRange && !isInRange(*value, rangeOf(number, deviceType)))) {
+        refuse(writing.program, box,
+               row.kdl.outOfRange != nullptr ? row.kdl.outOfRange : outOfRangeText(number, deviceType));
+        return false;
+    }
+    showState(writing, box, true);
+    return writing.sendReported(text);
 }
 
 /// One number says whether the impedance measurement is on and at which mains frequency.
-void writeImpedanceMeasurement(const Writing& writing) {
+bool writeImpedanceMeasurement(const Writing& writing) {
     C& controls = writing.controls;
     const ParameterRow& frequency = parameterRow(ParameterField::Netzfrequenz);
     if (controls.chkZe.value) {
         const std::uint16_t lowest = std::get<ChoiceParameter>(frequency.kind).options.front().code;
-        writing.sendReported(shownCode(controls, frequency, Bus::Kdl).value_or(lowest));
-    } else {
-        writing.sendReported("0");
-        controls.chkRWarnung.value = false;
-        controls.chkRAlarm.value = false;
+        return writing.sendReported(shownCode(controls, frequency, Bus::Kdl).value_or(lowest));
     }
+    const bool sent = writing.sendReported("0");
+    controls.chkRWarnung.decide(false);
+    controls.chkRAlarm.decide(false);
+    return sent;
 }
 
 /// The address as the link can take it: up to three digits between blanks; empty for any other text.
@@ -153,26 +148,27 @@ bool isThere(Program& program) {
 /// The device is asked at its new address from here on; whether one that said nothing has moved, it must show
 /// there. An address that the link cannot take would end the program in the middle of the set, so that it is
 /// refused before the device hears of it.
-void writeAddress(const Writing& writing) {
+bool writeAddress(const Writing& writing) {
     Program& program = writing.program;
-    const std::string address(addressDigits(writing.controls.txtAdresse.text.get()));
+    TextBox& box = writing.controls.txtAdresse;
+    const std::string address(addressDigits(box.text.get()));
     if (address.empty() || !isDeviceAddress(ParamValueText(address))) {
-        showError(program, addressRefused);
-        return;
+        refuse(program, box, addressRefused);
+        return false;
     }
     const Answer answer = writing.send(address);
     if (answer == Answer::Refused) {
-        writing.reportFailure();
-        return;
+        return writing.reportFailure();
     }
     const std::string before = program.KdlAddressPrefix.substr(2);
     follow(program, address);
     if (answer == Answer::None && !isThere(program)) {
         follow(program, before);
-        writing.reportFailure();
-        return;
+        program.unansweredRequests = 0;  // at the address that it had not taken
+        return writing.reportFailure();
     }
     program.shell.addressPanel = "KDL-Geräteadresse = " + address;
+    return true;
 }
 
 void endAfterSwitchToModbus(Program& program, std::int32_t baudRate) {
@@ -188,23 +184,23 @@ void endAfterSwitchToModbus(Program& program, std::int32_t baudRate) {
 }
 
 /// A Modbus rate other than the present one takes the device off the KDL bus, perhaps before it has said so.
-void writeBaudRate(const Writing& writing) {
+bool writeBaudRate(const Writing& writing) {
     Program& program = writing.program;
-    const std::uint16_t code = shownCode(writing.controls, writing.row, Bus::Kdl).value_or(0);
+    const std::uint16_t code = shownCode(writing.controls, writing.row, Bus::Kdl).value();
     const std::int32_t baudRate = baudRateOfCode(code);
     if (baudRate == 0 || baudRate == program.BaudRate) {
-        return;
+        return true;
     }
     const Answer answer = writing.send(std::to_string(code));
     const bool asked = answer == Answer::Acknowledged || program.RS485.isConnected();
     if (answer == Answer::Refused || !asked) {
-        writing.reportFailure();
-    } else {
-        endAfterSwitchToModbus(program, baudRate);
+        return writing.reportFailure();
     }
+    endAfterSwitchToModbus(program, baudRate);
+    return true;
 }
 
-void writeParameter(const Writing& writing) {
+bool writeParameter(const Writing& writing) {
     switch (writing.row.field) {
         case ParameterField::ZeAktiv:
             return writeImpedanceMeasurement(writing);
@@ -215,24 +211,23 @@ void writeParameter(const Writing& writing) {
         default:
             break;
     }
-    if (const auto* number = std::get_if<NumberParameter>(&writing.row.kind)) {
-        writeNumber(writing, *number);
-    } else if (const auto code = shownCode(writing.controls, writing.row, Bus::Kdl)) {
-        writing.sendReported(*code);
-    } else {
-        reportNoneSelected(writing.program, writing.row);
-    }
+    const auto* number = std::get_if<NumberParameter>(&writing.row.kind);
+    return number != nullptr
+               ? writeNumber(writing, *number)
+               : writing.sendReported(shownCode(writing.controls, writing.row, Bus::Kdl).value());
 }
 
 }  // namespace
 
-void KdlWriteParameters(Program& program, ParameterControls& controls) {
+PassResult KdlWriteParameters(Program& program, ParameterControls& controls) {
     KdlOpenPort(program);
-    writeRows(program, controls, rowsInOrder(ParameterOrder::KdlWrite, program.DeviceType),
-              [&](const ParameterRow& row) {
-                  writeParameter({program, controls, row});
-              });
+    const PassResult result =
+        writeRows(program, controls, rowsInOrder(ParameterOrder::KdlWrite, program.DeviceType),
+                  [&](const ParameterRow& row) {
+                      return writeParameter({program, controls, row});
+                  });
     KdlClosePort(program);
+    return result;
 }
 
 }  // namespace vek

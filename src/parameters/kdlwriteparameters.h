@@ -1,7 +1,6 @@
 #pragma once
 
-#include "parameters/parametercontrols.h"
-#include "program/program.h"
+#include "parameters/parameterpass.h"
 
 namespace vek {
 
@@ -9,6 +8,6 @@ namespace vek {
 /// bus; each value out of range and each write that the device does not acknowledge gets its own message, and
 /// the rest is written all the same. Numbers go out as they are typed. A changed address is followed; after
 /// the switch of the device to Modbus RTU the program ends (ProgramEnd). Opens and closes the port.
-void KdlWriteParameters(Program& program, ParameterControls& controls);
+PassResult KdlWriteParameters(Program& program, ParameterControls& controls);
 
 }  // namespace vek

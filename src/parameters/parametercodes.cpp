@@ -25,7 +25,7 @@ std::uint16_t codeOf(const AlarmBoxes& boxes) {
 
 void show(AlarmBoxes& boxes, unsigned bits) {
     for (std::size_t number = 1; number <= AlarmBoxes::count; ++number) {
-        boxes[number].value = (bits >> number & 1U) != 0;
+        boxes[number].decide((bits >> number & 1U) != 0);
     }
 }
 

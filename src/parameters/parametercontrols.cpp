@@ -45,7 +45,7 @@ ParameterControls::ParameterControls() {
 }
 
 void ParameterControls::check(CheckBox& box, bool checked) {
-    box.value = checked;
+    box.decide(checked);
     if (box.click) {
         box.click();
     }

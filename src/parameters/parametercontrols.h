@@ -1,6 +1,5 @@
 #pragma once
 
-#include <bitset>
 #include <cstddef>
 #include <deque>
 #include <string>
@@ -43,11 +42,6 @@ struct ParameterControls {
 
     /// Enables and shows what belongs to the impedance measurement while it is on.
     void followImpedanceMeasurement();
-
-    /// By ParameterField: the last read had no value from the device.
-    std::bitset<64> unread;
-    /// By ParameterField: the device has said that it does not have it.
-    std::bitset<64> lacking;
 
     Frame Frame1{"Frame1", "Relais 1"};
     OptionButton optR1no{Frame1, "optR1no", "Arbeitsstrom (n.o.)"};
@@ -166,7 +160,8 @@ struct ParameterControls {
     OptionButton optGENmode{Frame22, "optGENmode", "GEN"};
     OptionButton optDCmode{Frame22, "optDCmode", "DC"};
 
-    ProgressBar prgFortschritt{"prgFortschritt"};  ///< parameters done of the reading or writing under way
+    ProgressBar prgFortschritt{"prgFortschritt"};  ///< parameters done of the last reading or writing
+    Label lblHerkunft{"lblHerkunft"};              ///< where the values come from
 };
 
 /// A text box without a value: the device lacks the parameter, or does not use it at present.

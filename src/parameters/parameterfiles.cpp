@@ -7,9 +7,11 @@
 #include <vector>
 
 #include "parameters/ParamValueText.h"
+#include "parameters/kdlparametervalue.h"
+#include "parameters/knownparameters.h"
 #include "parameters/parameterorders.h"
 #include "parameters/parametertypes.h"
-#include "parameters/unreadparameters.h"
+#include "platform/profiletext.h"
 #include "platform/textcodec.h"
 #include "program/IOatINI.h"
 
@@ -57,21 +59,27 @@ bool isDeviceName(std::string_view name) {
            std::any_of(numbered.begin(), numbered.end(), isNumbered);
 }
 
-std::string chosenFile(Program& program, const FileDialog& CommonDialog1) {
-    return program.desktop.chooseFile(CommonDialog1).value_or(parameterFileName(program.DeviceName));
-}
-
 std::optional<bool> booleanValue(std::string_view text) {
-    constexpr std::array<std::string_view, 2> words = {"false", "true"};
+    constexpr std::array<std::pair<std::string_view, bool>, 4> words = {
+        {{"false", false}, {"falsch", false}, {"true", true}, {"wahr", true}}};
     std::string lower(text);
     std::transform(lower.begin(), lower.end(), lower.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-    const auto* const word = std::find(words.begin(), words.end(), lower);
-    if (word != words.end()) {
-        return word != words.begin();
+    for (const auto& [word, value] : words) {
+        if (lower == word) {
+            return value;
+        }
     }
     const std::optional<double> number = wholeTextNumber(text);
     return number ? std::optional(*number != 0) : std::nullopt;
+}
+
+/// Only 0 and 1 are a state, and the words for them.
+std::optional<bool> flagValue(std::string_view text) {
+    const std::optional<double> number = leadingTextNumber(text);
+    const double state = number ? std::nearbyint(*number) : 0;
+    return number ? (state == 0 || state == 1 ? std::optional(state == 1) : std::nullopt)
+                  : booleanValue(text);
 }
 
 /// One entry of a file and the control that it keeps.
@@ -102,22 +110,41 @@ std::vector<FileEntry> entriesOf(C& controls, const ParameterRow& row, std::uint
     return entries;
 }
 
-/// Only 0 and 1 are a state; a missing value counts as 0.
-void loadFlag(C& controls, CheckBox& box, std::string_view value) {
-    const double state = std::nearbyint(ParamValueText(value));
-    if (state == 0 || state == 1) {
-        controls.check(box, state == 1);
-    }
-}
-
-void loadEntry(C& controls, const FileEntry& entry, const std::string& value) {
+/// Whether the value is one for its control, which then shows it. An empty one says nothing.
+bool loadEntry(C& controls, const FileEntry& entry, const std::string& value) {
     if (TextBox* const* box = std::get_if<TextBox*>(&entry.control)) {
         (*box)->text = value;
-    } else if (CheckBox* const* flag = std::get_if<CheckBox*>(&entry.control)) {
-        loadFlag(controls, **flag, value);
-    } else if (const auto set = booleanValue(value)) {
-        std::get<OptionButton*>(entry.control)->value = *set;
+        (*box)->unknown = false;
+        return leadingTextNumber(value) || value == noParameterText || value == kdlOffText;
     }
+    if (CheckBox* const* flag = std::get_if<CheckBox*>(&entry.control)) {
+        const std::optional<bool> set = flagValue(value);
+        if (set) {
+            controls.check(**flag, *set);
+        }
+        return set.has_value();
+    }
+    const std::optional<bool> set = booleanValue(value);
+    if (set == true) {
+        std::get<OptionButton*>(entry.control)->value = true;
+    }
+    return set.has_value();
+}
+
+/// Takes all values of the file, and forgets what it lacks. The keys whose values are none.
+std::vector<std::string> loadEntries(const Program& program, C& controls, const ProfileSnapshot& file) {
+    std::vector<std::string> notUnderstood;
+    for (const ParameterRow* row : rowsInOrder(ParameterOrder::File, program.DeviceType)) {
+        forget(controls, *row);
+        for (const FileEntry& entry : entriesOf(controls, *row, program.DeviceType)) {
+            const std::string value = file.value(entry.key, row->section);
+            if (!value.empty() && !loadEntry(controls, entry, value)) {
+                notUnderstood.push_back(std::string(row->section) + "/" + entry.key + "=" +
+                                        withoutControls(value));
+            }
+        }
+    }
+    return notUnderstood;
 }
 
 std::string savedValue(const FileEntry& entry) {
@@ -130,29 +157,58 @@ std::string savedValue(const FileEntry& entry) {
     return std::get<OptionButton*>(entry.control)->value ? "True" : "False";
 }
 
+/// What nobody knows is left out, and goes where an older set stands in the file.
 std::vector<ProfileEntry> fileContent(const Program& program, C& controls) {
     std::vector<ProfileEntry> content = {{nameSection, nameKey, program.DeviceName}};
     for (const ParameterRow* row : rowsInOrder(ParameterOrder::File, program.DeviceType)) {
+        const bool known = isKnown(controls, *row);
         for (const FileEntry& entry : entriesOf(controls, *row, program.DeviceType)) {
-            content.push_back({row->section, entry.key, savedValue(entry)});
+            content.push_back({row->section, entry.key, savedValue(entry), !known});
         }
     }
     return content;
 }
 
-/// Whether no parameter of the device shows a 0 that nobody has read. From a file it would go to a device as
-/// if it were meant.
-bool isWhole(const Program& program, const C& controls) {
-    const auto rows = rowsInOrder(ParameterOrder::File, program.DeviceType);
-    return std::none_of(rows.begin(), rows.end(), [&](const ParameterRow* row) {
-        return showsUnread(controls, *row) && !controls.lacking.test(static_cast<std::size_t>(row->field));
-    });
+std::string joined(const std::vector<std::string>& texts) {
+    std::string all;
+    for (const std::string& text : texts) {
+        all += (all.empty() ? "" : ", ") + text;
+    }
+    return all;
+}
+
+void noteUnsaved(Program& program, const C& controls) {
+    std::vector<std::string> names;
+    for (const ParameterRow* row : rowsInOrder(ParameterOrder::File, program.DeviceType)) {
+        if (!isKnown(controls, *row)) {
+            names.emplace_back(row->name);
+        }
+    }
+    if (!names.empty()) {
+        showNote(program, "Nicht gespeichert, weil nicht gelesen: " + joined(names));
+    }
+}
+
+/// As it is read back from a file: blanks and quotes around a value are not part of it there.
+std::string nameInFile(const std::string& name) {
+    std::string file;
+    writeProfileText(file, {{nameSection, nameKey, name}});
+    return readProfileText(file, nameSection, nameKey, file.size());
+}
+
+/// Nothing when the user wants none, and for a type that has no files, of which the user is told.
+std::optional<std::string> chosenFile(Program& program, const FileDialog& CommonDialog1) {
+    if (parameterType(program.DeviceType).model == withoutFiles) {
+        showNote(program, "Für dieses Gerät gibt es keine Parameter-Datei.");
+        return std::nullopt;
+    }
+    return program.desktop.chooseFile(CommonDialog1);
 }
 
 /// Tells the user when the file is not one of the connected device.
 bool belongsToDevice(Program& program, const ProfileSnapshot& file) {
     const std::string name = file.value(nameKey, nameSection);
-    if (name == program.DeviceName) {
+    if (!name.empty() && name == nameInFile(program.DeviceName)) {
         return true;
     }
     showError(program, "Parameter-Datei (" + withoutControls(name) +
@@ -178,47 +234,49 @@ std::string parameterFileName(std::string_view deviceName) {
 }
 
 bool LoadParameterFile(Program& program, ParameterControls& controls) {
-    program.ProfilePath = chosenFile(program, {.title = "Parameter-Datei öffnen",
-                                               .fileName = filePattern,
-                                               .filterName = fileFilterName,
-                                               .filePattern = filePattern,
-                                               .purpose = FileDialog::Purpose::Open});
-    const ProfileSnapshot file(program);
     const auto& model = parameterType(program.DeviceType).model;
-    if (!belongsToDevice(program, file) || model == withoutFiles) {
+    const auto path = chosenFile(program, {.title = "Parameter-Datei öffnen",
+                                           .fileName = filePattern,
+                                           .filterName = fileFilterName,
+                                           .filePattern = filePattern,
+                                           .purpose = FileDialog::Purpose::Open});
+    if (!path) {
+        return false;
+    }
+    program.ProfilePath = *path;
+    const ProfileSnapshot file(program);
+    if (!belongsToDevice(program, file)) {
         return false;
     }
     if (!model) {
         showError(program, "Parameter konnten nicht eingelesen werden");
         return false;
     }
-    for (const ParameterRow* row : rowsInOrder(ParameterOrder::File, program.DeviceType)) {
-        for (const FileEntry& entry : entriesOf(controls, *row, program.DeviceType)) {
-            loadEntry(controls, entry, file.value(entry.key, row->section));
-        }
-    }
-    controls.unread.reset();
+    const std::vector<std::string> notUnderstood = loadEntries(program, controls, file);
     showNote(program, "Geräte-Parameter für " + std::string(*model) + " aus Parameter-Datei eingelesen.");
+    if (!notUnderstood.empty()) {
+        showNote(program, "Nicht verstanden: " + joined(notUnderstood));
+    }
     return true;
 }
 
 void SaveParameterFile(Program& program, ParameterControls& controls) {
-    program.ProfilePath = chosenFile(program, {.title = "Parameter in Datei speichern",
-                                               .fileName = parameterFileName(program.DeviceName),
-                                               .filterName = fileFilterName,
-                                               .filePattern = filePattern,
-                                               .purpose = FileDialog::Purpose::Save});
     const auto& model = parameterType(program.DeviceType).model;
-    if (model == withoutFiles) {
+    const auto path = chosenFile(program, {.title = "Parameter in Datei speichern",
+                                           .fileName = parameterFileName(program.DeviceName),
+                                           .filterName = fileFilterName,
+                                           .filePattern = filePattern,
+                                           .purpose = FileDialog::Purpose::Save});
+    if (!path) {
         return;
     }
-    if (!model || !isWhole(program, controls) ||
-        !program.profileFiles.write(program.ProfilePath, fileContent(program, controls))) {
+    program.ProfilePath = *path;
+    if (!model || !program.profileFiles.write(*path, fileContent(program, controls))) {
         showError(program, "Parameter konnten nicht gesichert werden");
         return;
     }
-    showNote(program, "Geräte-Parameter für " + std::string(*model) + " unter " + program.ProfilePath +
-                          " gespeichert.");
+    showNote(program, "Geräte-Parameter für " + std::string(*model) + " unter " + *path + " gespeichert.");
+    noteUnsaved(program, controls);
 }
 
 }  // namespace vek

@@ -141,6 +141,7 @@ struct ParameterRow {
     ParameterField field;
     TypedNumbers registers;  ///< a type that is in none of them lacks the parameter
     const char* section;     ///< of the parameter file
+    const char* name;        ///< as users are told of it
     ParameterKind kind;
     const char* invalidValue = nullptr;  ///< message for a value read that the parameter cannot have
     const char* writeFailure = nullptr;  ///< message when the device has not acknowledged

@@ -6,8 +6,6 @@
 #include "parameters/ParamValueText.h"
 #include "parameters/editorlayout.h"
 #include "parameters/parametercodes.h"
-#include "parameters/parameterpass.h"
-#include "parameters/unreadparameters.h"
 
 namespace vek {
 
@@ -58,14 +56,24 @@ const OptionalParameter* optionalParameter(ParameterField field) {
     return found == optionalParameters.end() ? nullptr : found;
 }
 
-/// A number is shown as it came, a text that is none as well.
-void showReply(Program& program, C& controls, const ParameterRow& row, const Bytes& reply) {
+/// What came in place of a number is shown, but it is none.
+bool showNumber(TextBox& box, const Bytes& reply) {
+    const bool isNumber = wholeTextNumber(reply).has_value();
+    box.text = reply;
+    box.unknown = !isNumber;
+    return isNumber;
+}
+
+bool showReply(Program& program, C& controls, const ParameterRow& row, const Bytes& reply) {
     if (TextBox* box = numberBox(controls, row)) {
-        box->text = reply;
-    } else if (!showCode(controls, row, ParamValueText(reply), Bus::Modbus)) {
-        noteAnswer(controls, row, false);
-        showError(program, row.invalidValue);
+        return showNumber(*box, reply);
     }
+    const std::optional<double> code = wholeTextNumber(reply);
+    if (code && !showCode(controls, row, *code, Bus::Modbus)) {
+        showError(program, row.invalidValue);
+        return false;
+    }
+    return code.has_value();
 }
 
 /// The thresholds of the impedance measurement can be typed in before it is switched on. False when there is
@@ -75,37 +83,36 @@ bool prepareThreshold(C& controls, ParameterField field) {
     TextBox& box = warning ? controls.txtZWarnung : controls.txtZAlarm;
     box.enabled = true;
     (warning ? controls.lblZWarnung : controls.lblZAlarm).enabled = true;
-    if (!controls.chkZe.value) {
+    if (!controls.chkZe.value && !controls.chkZe.unknown) {
         box.text = noParameterText;
     }
     return controls.chkZe.value;
 }
 
-void readParameter(Program& program, C& controls, const ParameterRow& row) {
+bool readParameter(Program& program, C& controls, const ParameterRow& row) {
     if (row.needsImpedance == NeedsImpedance::ToReadAndWrite && !prepareThreshold(controls, row.field)) {
-        return;
+        return !controls.chkZe.unknown;
     }
     const Bytes reply = MbReadRegisters(program, registerOf(row, program.DeviceType), 1);
-    noteAnswer(controls, row, !isErrorText(reply));
-    controls.lacking.set(static_cast<std::size_t>(row.field), reply == registerMissing);
-    if (const OptionalParameter* optional = optionalParameter(row.field)) {
-        const bool present = reply != registerMissing;
-        optional->show(controls, present);
-        if (!present) {
-            return;
-        }
+    const bool missing = reply == registerMissing;
+    const OptionalParameter* optional = optionalParameter(row.field);
+    if (optional != nullptr) {
+        optional->show(controls, !missing);
     }
-    showReply(program, controls, row, reply);
+    return (optional != nullptr && missing) || showReply(program, controls, row, reply);
 }
 
 }  // namespace
 
-void ReadParameters(Program& program, ParameterControls& controls, const std::function<bool()>& isOpen) {
+PassResult ReadParameters(Program& program, ParameterControls& controls,
+                          const std::function<bool()>& isOpen) {
     OpenPort(program);
     applyTypeLayout(controls, program.DeviceType);
-    readRows(program, controls, rowsInOrder(ParameterOrder::Read, program.DeviceType), isOpen,
-             [&](const ParameterRow& row) { readParameter(program, controls, row); });
+    const PassResult result =
+        readRows(program, controls, rowsInOrder(ParameterOrder::Read, program.DeviceType), isOpen,
+                 [&](const ParameterRow& row) { return readParameter(program, controls, row); });
     ClosePort(program);
+    return result;
 }
 
 }  // namespace vek

@@ -46,13 +46,14 @@ void ThresholdSwitches::textsFollow() {
     }
 }
 
-/// A check box that is hidden switches nothing.
+/// A check box that is hidden, or of which nobody knows the state, switches nothing.
 void ThresholdSwitches::textFollows(const ParameterRow& row) {
-    if (!checkOf(controls_, row).visible) {
+    const CheckBox& check = checkOf(controls_, row);
+    if (!check.visible || check.unknown) {
         return;
     }
     TextBox& box = boxOf(controls_, row);
-    if (!checkOf(controls_, row).value) {
+    if (!check.value) {
         box.text = kdlOffText;
     } else if (box.text.get() == kdlOffText) {
         box.text = "";
@@ -66,7 +67,7 @@ void ThresholdSwitches::checkFollows(const ParameterRow& row) {
     if (paused_ || !check.visible || text.empty()) {
         return;
     }
-    check.value = text != kdlOffText && !(row.kdl.zeroIsOff && ParamValueText(text) == 0);
+    check.decide(text != kdlOffText && !(row.kdl.zeroIsOff && wholeTextNumber(text) == 0.0));
 }
 
 }  // namespace vek

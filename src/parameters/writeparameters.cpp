@@ -1,14 +1,12 @@
 #include "parameters/writeparameters.h"
 
+#include <optional>
 #include <string>
-#include <string_view>
 
 #include "modbus/ModBus.h"
 #include "parameters/ParamValueText.h"
 #include "parameters/bussettings.h"
 #include "parameters/parametercodes.h"
-#include "parameters/parameterpass.h"
-#include "parameters/unreadparameters.h"
 #include "platform/leadingnumber.h"
 
 namespace vek {
@@ -26,28 +24,27 @@ struct Writing {
         return MbWriteRegisters(program, registerOf(row, program.DeviceType), 1, 2, WordToBytes(value));
     }
 
-    void reportFailure() const { showError(program, writeFailureOf(controls, row), writeErrorTitle); }
-
-    void sendReported(std::uint16_t value) const {
-        if (!send(value)) {
-            reportFailure();
-        }
+    bool reportFailure() const {
+        showError(program, writeFailureOf(controls, row), writeErrorTitle);
+        return false;
     }
+
+    bool sendReported(std::uint16_t value) const { return send(value) || reportFailure(); }
 };
 
 std::uint16_t roundedValue(double value) {
     return static_cast<std::uint16_t>(wholeNumber(value, 0, 0xFFFF));
 }
 
-void writeNumber(const Writing& writing, const NumberParameter& number) {
-    const std::string text = (writing.controls.*number.box).text;
-    const double value = ParamValueText(text);
+bool writeNumber(const Writing& writing, const NumberParameter& number) {
+    TextBox& box = writing.controls.*number.box;
+    const std::optional<double> value = leadingTextNumber(box.text.get());
     const NumberRange& range = rangeOf(number, writing.program.DeviceType);
-    if (value >= range.lowest && value <= range.highest && !isErrorText(text)) {
-        writing.sendReported(roundedValue(value));
-    } else {
-        showError(writing.program, outOfRangeText(number, writing.program.DeviceType));
+    if (value && *value >= range.lowest && *value <= range.highest) {
+        return writing.sendReported(roundedValue(*value));
     }
+    refuse(writing.program, box, outOfRangeText(number, writing.program.DeviceType));
+    return false;
 }
 
 /// A threshold that the editor has not shown yet, now that the measurement is on.
@@ -57,21 +54,24 @@ void fetchThreshold(const Writing& writing, ParameterField field, TextBox& box, 
         label.enabled = true;
         box.text =
             MbReadRegisters(writing.program, registerOf(parameterRow(field), writing.program.DeviceType), 1);
+        box.unknown = !wholeTextNumber(box.text.get());
     }
 }
 
-void writeImpedanceSwitch(const Writing& writing) {
+bool writeImpedanceSwitch(const Writing& writing) {
     C& controls = writing.controls;
     const bool on = controls.chkZe.value;
     if (!writing.send(on ? 1 : 0)) {
-        writing.reportFailure();
-    } else if (on) {
+        return writing.reportFailure();
+    }
+    if (on) {
         fetchThreshold(writing, ParameterField::ZWarnung, controls.txtZWarnung, controls.lblZWarnung);
         fetchThreshold(writing, ParameterField::ZAlarm, controls.txtZAlarm, controls.lblZAlarm);
     } else {
         controls.txtZWarnung.text = noParameterText;
         controls.txtZAlarm.text = noParameterText;
     }
+    return true;
 }
 
 /// Goes on at the program's new settings.
@@ -80,48 +80,51 @@ void reopenPort(Program& program) {
     OpenPort(program);
 }
 
-void writeAddress(const Writing& writing) {
+bool writeAddress(const Writing& writing) {
     Program& program = writing.program;
-    const std::string text = writing.controls.txtAdresse.text;
-    const double value = ParamValueText(text);
-    if (!isDeviceAddress(value) || isErrorText(text)) {
-        showError(program, addressRefused);
-        return;
+    TextBox& box = writing.controls.txtAdresse;
+    const std::optional<double> value = leadingTextNumber(box.text.get());
+    if (!value || !isDeviceAddress(*value)) {
+        refuse(program, box, addressRefused);
+        return false;
     }
-    if (value == program.DeviceAddress) {
-        return;
+    if (*value == program.DeviceAddress) {
+        return true;
     }
-    const std::uint16_t address = roundedValue(value);
+    const std::uint16_t address = roundedValue(*value);
     if (!writing.send(address)) {
-        writing.reportFailure();
-        return;
+        return writing.reportFailure();
     }
     ClosePort(program);
     // What the device was told, not the box: their number rules differ in exponents and inner blanks.
     SetDeviceAddress(program, std::to_string(address));
     OpenPort(program);
     program.shell.addressPanel = "ModBus-Geräteadresse = " + std::to_string(program.DeviceAddress);
+    return true;
 }
 
 /// Baud rate and parity count as written without a look at the reply; but a port that is closed, or whose
 /// adapter has been pulled out, has asked nobody.
 bool sendBusSetting(const Writing& writing, std::uint16_t code) {
-    return writing.program.RS485.isOpen() && writing.send(code) && writing.program.RS485.isConnected();
+    const bool sent =
+        writing.program.RS485.isOpen() && writing.send(code) && writing.program.RS485.isConnected();
+    writing.program.unansweredRequests = 0;  // the reply may come with the new setting already
+    return sent;
 }
 
-void writeParity(const Writing& writing) {
+bool writeParity(const Writing& writing) {
     Program& program = writing.program;
     const auto code = shownCode(writing.controls, writing.row, Bus::Modbus);
-    if (!code || program.FrameFormat == modbusFrameFormats.at(*code)) {
-        return;
+    if (program.FrameFormat == modbusFrameFormats.at(*code)) {
+        return true;
     }
     if (!sendBusSetting(writing, *code)) {
-        writing.reportFailure();
-        return;
+        return writing.reportFailure();
     }
     program.FrameFormat = modbusFrameFormats.at(*code);
     reopenPort(program);
     showModbusPort(program);
+    return true;
 }
 
 void endAfterSwitchToKdl(Program& program) {
@@ -130,26 +133,26 @@ void endAfterSwitchToKdl(Program& program) {
     UnloadAllWindows(program);
 }
 
-void writeBaudRate(const Writing& writing) {
+bool writeBaudRate(const Writing& writing) {
     Program& program = writing.program;
     const auto code = shownCode(writing.controls, writing.row, Bus::Modbus);
-    if (!code || program.BaudRate == baudRateOfCode(*code)) {
-        return;
+    if (program.BaudRate == baudRateOfCode(*code)) {
+        return true;
     }
     if (!sendBusSetting(writing, *code)) {
-        writing.reportFailure();
-        return;
+        return writing.reportFailure();
     }
     if (baudRateOfCode(*code) == 0) {
         endAfterSwitchToKdl(program);
-        return;
+        return true;
     }
     program.BaudRate = baudRateOfCode(*code);
     reopenPort(program);
     showModbusPort(program);
+    return true;
 }
 
-void writeParameter(const Writing& writing) {
+bool writeParameter(const Writing& writing) {
     switch (writing.row.field) {
         case ParameterField::ZeAktiv:
             return writeImpedanceSwitch(writing);
@@ -162,24 +165,23 @@ void writeParameter(const Writing& writing) {
         default:
             break;
     }
-    if (const auto* number = std::get_if<NumberParameter>(&writing.row.kind)) {
-        writeNumber(writing, *number);
-    } else if (const auto code = shownCode(writing.controls, writing.row, Bus::Modbus)) {
-        writing.sendReported(*code);
-    } else {
-        reportNoneSelected(writing.program, writing.row);
-    }
+    const auto* number = std::get_if<NumberParameter>(&writing.row.kind);
+    return number != nullptr
+               ? writeNumber(writing, *number)
+               : writing.sendReported(shownCode(writing.controls, writing.row, Bus::Modbus).value());
 }
 
 }  // namespace
 
-void WriteParameters(Program& program, ParameterControls& controls) {
+PassResult WriteParameters(Program& program, ParameterControls& controls) {
     OpenPort(program);
-    writeRows(program, controls, rowsInOrder(ParameterOrder::Write, program.DeviceType),
-              [&](const ParameterRow& row) {
-                  writeParameter({program, controls, row});
-              });
+    const PassResult result =
+        writeRows(program, controls, rowsInOrder(ParameterOrder::Write, program.DeviceType),
+                  [&](const ParameterRow& row) {
+                      return writeParameter({program, controls, row});
+                  });
     ClosePort(program);
+    return result;
 }
 
 }  // namespace vek

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "parameters/parametercontrols.h"
-#include "program/program.h"
+#include "parameters/parameterpass.h"
 
 namespace vek {
 
@@ -10,6 +9,6 @@ namespace vek {
 /// is written all the same. A changed address, parity or baud rate takes the program's own settings along;
 /// after the switch to the KDL bus the program ends (ProgramEnd). No events are processed, except by
 /// messages. Opens and closes the port.
-void WriteParameters(Program& program, ParameterControls& controls);
+PassResult WriteParameters(Program& program, ParameterControls& controls);
 
 }  // namespace vek

@@ -50,10 +50,17 @@ struct Label : Control {
 };
 
 struct TextBox : Control {
-    using Control::Control;
+    explicit TextBox(std::string controlName) : Control(std::move(controlName)) {
+        changed_ = text.observe([this](const std::string& /*text*/) { unknown = refused = false; });
+    }
 
     Property<std::string> text;
+    bool unknown = false;           ///< the text is no value, until it changes
+    Property<bool> refused{false};  ///< marked: the text has not been accepted; until it changes
     int minimumCharacters = 8;
+
+  private:
+    Subscription changed_;
 };
 
 struct Button : Control {
@@ -67,12 +74,25 @@ struct Button : Control {
 
 struct CheckBox : Control {
     CheckBox(std::string controlName, std::string text, char key = 0)
-        : Control(std::move(controlName)), caption(std::move(text)), mnemonic(key) {}
+        : Control(std::move(controlName)), caption(std::move(text)), mnemonic(key) {
+        changed_ = value.observe([this](bool /*set*/) { unknown = false; });
+    }
+
+    /// The same as the user's click, but also from the third state to "not set".
+    void decide(bool set) {
+        value = set;
+        unknown = false;
+    }
 
     Property<std::string> caption;
     const char mnemonic;
     Property<bool> value{false};
+    Property<bool> unknown{
+        false};  ///< a third state, drawn as neither set nor clear, until the value changes
     std::function<void()> click;
+
+  private:
+    Subscription changed_;
 };
 
 struct OptionButton;
@@ -139,6 +159,8 @@ struct ProgressBar : Control {
 
     Property<int> total{0};  ///< 0 = nothing to show
     Property<int> done{0};
+    Property<std::string> text;
+    Property<bool> failed{false};  ///< drawn in red
 };
 
 /// A round indicator.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -44,6 +45,9 @@ class Form {
     /// The window has been opened and stands in the list of open windows.
     virtual void load() {}
 
+    /// The window stands on the screen.
+    virtual void shown() {}
+
     /// The window is being closed, by its close box or by code; it is already out of the list of open
     /// windows. The object stays until every handler that runs has returned.
     virtual void unload() {}
@@ -56,9 +60,14 @@ class Form {
     virtual StatusBar* statusBar() { return nullptr; }
     virtual std::vector<Timer*> timers() { return {}; }
 
-    /// The buttons that Enter and Escape press; Escape closes the window when there is none.
+    /// The buttons that Enter and Escape press; Escape closes the window when there is none, unless it must
+    /// not.
     virtual Button* defaultButton() { return nullptr; }
     virtual Button* cancelButton() { return nullptr; }
+    virtual bool escapeCloses() const { return true; }
+
+    /// Gives a control of this window the keyboard; set by a front end while the window stands on the screen.
+    std::function<void(const Control& control)> giveKeyboard;
 };
 
 }  // namespace vek

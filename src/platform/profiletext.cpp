@@ -166,6 +166,14 @@ void setProfileValue(std::string& file, std::string_view section, std::string_vi
     file.insert(place.newLine, added);
 }
 
+void removeProfileValue(std::string& file, std::string_view section, std::string_view key) {
+    for (Place place = locate(file, section, key); place.value; place = locate(file, section, key)) {
+        const std::size_t feed = file.rfind('\n', place.value->begin);
+        const std::size_t begin = feed == std::string::npos ? textBegin(file) : feed + 1;
+        file.erase(begin, lineAt(file, begin).next - begin);
+    }
+}
+
 std::string readProfileText(std::string_view file, std::string_view section, std::string_view key,
                             std::size_t maxBytes) {
     const std::string_view value = profileValue(file, windows1252FromUtf8(section), windows1252FromUtf8(key));
@@ -174,8 +182,13 @@ std::string readProfileText(std::string_view file, std::string_view section, std
 
 void writeProfileText(std::string& file, const std::vector<ProfileEntry>& entries) {
     for (const ProfileEntry& entry : entries) {
-        setProfileValue(file, windows1252FromUtf8(entry.section), windows1252FromUtf8(entry.key),
-                        windows1252FromUtf8(entry.value));
+        const std::string section = windows1252FromUtf8(entry.section);
+        const std::string key = windows1252FromUtf8(entry.key);
+        if (entry.removed) {
+            removeProfileValue(file, section, key);
+        } else {
+            setProfileValue(file, section, key, windows1252FromUtf8(entry.value));
+        }
     }
 }
 

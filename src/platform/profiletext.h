@@ -26,11 +26,14 @@ std::string_view profileValue(std::string_view file, std::string_view section, s
 void setProfileValue(std::string& file, std::string_view section, std::string_view key,
                      std::string_view value);
 
+/// Takes out every line of that key in the first such section.
+void removeProfileValue(std::string& file, std::string_view section, std::string_view key);
+
 /// profileValue() with UTF-8 outside the file; at most `maxBytes` bytes of the value in the file.
 std::string readProfileText(std::string_view file, std::string_view section, std::string_view key,
                             std::size_t maxBytes);
 
-/// setProfileValue() of all entries in their order.
+/// setProfileValue(), or removeProfileValue(), of all entries in their order.
 void writeProfileText(std::string& file, const std::vector<ProfileEntry>& entries);
 
 }  // namespace vek

@@ -80,14 +80,15 @@ struct Program {
     std::string FrameFormat;         ///< one of those above; with any other text as for Modbus RTU
     std::uint8_t DeviceAddress = 0;  ///< 0 = no device chosen
     std::string KdlAddressPrefix = blankKdlPrefix;  ///< ":;" and three digits, or five blanks
-    std::string DeviceName;       ///< as the device last found named itself, Windows-1252 shown as UTF-8
-    std::uint8_t DeviceType = 0;  ///< 1 to 10; 0 before the first search
-    std::string ProfilePath;      ///< file that GetProfileValue and SetProfileValue act on
-    bool MonitorRunning = false;  ///< true while a monitor polls; set false to end the poll
-    bool DelayElapsed = false;    ///< set by the tick of Timer1
-    bool TimeOutElapsed = false;  ///< set by the tick of TimeOut
-    TimePoint lateReplyLimit;     ///< until then a KDL reply may still come that missed its time
-    bool lineInUse = false;       ///< see LineUse
+    std::string DeviceName;           ///< as the device last found named itself, Windows-1252 shown as UTF-8
+    std::uint8_t DeviceType = 0;      ///< 1 to 10; 0 before the first search
+    std::string ProfilePath;          ///< file that GetProfileValue and SetProfileValue act on
+    bool MonitorRunning = false;      ///< true while a monitor polls; set false to end the poll
+    bool DelayElapsed = false;        ///< set by the tick of Timer1
+    bool TimeOutElapsed = false;      ///< set by the tick of TimeOut
+    TimePoint lateReplyLimit;         ///< until then a KDL reply may still come that missed its time
+    bool lineInUse = false;           ///< see LineUse
+    unsigned unansweredRequests = 0;  ///< in a row, up to the last one, on either bus
 
     Desktop& desktop;
     SerialControl& RS485;

@@ -11,6 +11,7 @@ void Windows::add(std::unique_ptr<Form> form) {
     opened.load();
     if (isOpen(opened)) {
         host_.shown(opened);
+        opened.shown();
     }
 }
 

@@ -63,7 +63,7 @@ TEST(ParameterFile, HoldsTheKeysOfTheTypeAndBringsTheSetBack) {
         bench.parameters.set(sim::Parameter::ImpedanceOn, 1);
         const Texts saved = press(bench, bench.editor().cmd_Para_File_Save);
         if (expected[static_cast<std::size_t>(type)].empty()) {
-            EXPECT_EQ(saved, Texts{}) << type;
+            EXPECT_EQ(saved, Texts{"Hinweis|info|ok|Für dieses Gerät gibt es keine Parameter-Datei."});
             continue;
         }
         EXPECT_EQ(outlineOf(bench.test.profileFiles.files[path]), expected[static_cast<std::size_t>(type)])
@@ -105,7 +105,13 @@ TEST(ParameterFile, IsRefusedWhenItBelongsToAnotherDevice) {
     EXPECT_EQ(press(bench, editor.cmd_Para_File_open),
               Texts{"Hinweis|info|ok|Geräte-Parameter für vekQA731 aus Parameter-Datei eingelesen."});
     EXPECT_EQ(editor.txtTab.text.get() + editor.txtTan.text.get(), "5");
-    EXPECT_TRUE(editor.optBaud9600.value && !editor.chkAnkop.value);
+    EXPECT_TRUE(editor.chkAnkop.unknown && !editor.optBaud9600.value);
+
+    for (const auto& [odd, accepted] : {std::pair("", false), {" 'x y'", true}, {"\tx\"", true}}) {
+        bench.test.program.DeviceName = odd;
+        press(bench, editor.cmd_Para_File_Save);
+        EXPECT_EQ(press(bench, editor.cmd_Para_File_open).front().starts_with("Hinweis"), accepted) << odd;
+    }
 }
 
 TEST(ParameterFile, IsNamedAfterTheDeviceWhateverThatCallsItself) {

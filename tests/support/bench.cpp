@@ -84,15 +84,16 @@ std::string valueOf(const Control& control) {
     const auto written = [](const auto& box) { return box.text.get(); };
     const auto set = [](const auto& button) { return word(button.value); };
     tell<TextBox>(control, text, written) || tell<ComboBox>(control, text, written) ||
-        tell<CheckBox>(control, text, set) || tell<OptionButton>(control, text, set) ||
+        tell<CheckBox>(control, text,
+                       [](const CheckBox& box) { return box.unknown ? "?" : word(box.value); }) ||
+        tell<OptionButton>(control, text, set) ||
         tell<MenuItem>(control, text, [](const MenuItem& item) { return word(item.checked); }) ||
         tell<ToolButton>(control, text, [](const ToolButton& button) { return word(button.pressed); }) ||
         tell<Slider>(control, text, [](const Slider& slider) { return std::to_string(slider.value); }) ||
         tell<Shape>(control, text,
                     [](const Shape& shape) { return std::string{colorLetter(shape.fillColor)}; }) ||
-        tell<ProgressBar>(control, text, [](const ProgressBar& bar) {
-            return std::to_string(bar.done) + "/" + std::to_string(bar.total);
-        });
+        tell<ProgressBar>(control, text,
+                          [](const ProgressBar& bar) { return bar.text.get() + (bar.failed ? " red" : ""); });
     return text;
 }
 
@@ -198,6 +199,9 @@ std::string Bench::stateOf(const std::string& name) {
     const std::string part = name.substr(dot);
     if (part == ".enabled" || part == ".visible") {
         return word(part == ".enabled" ? named.enabled : named.visible);
+    }
+    if (const auto* box = dynamic_cast<const TextBox*>(&named); box != nullptr && part == ".refused") {
+        return word(box->refused);
     }
     if (const auto* combo = dynamic_cast<const ComboBox*>(&named); combo != nullptr && part == ".items") {
         std::string items;

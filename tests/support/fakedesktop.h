@@ -125,10 +125,12 @@ class FakeFormHost final : public FormHost {
   public:
     std::vector<std::string> log;  ///< "+name" for a window shown, "-name" for one closed
     std::vector<Form*> open;       ///< in the order of their opening
+    std::string keyboard;          ///< the control that it was given to last
 
     void shown(Form& form) override {
         log.push_back("+" + form.name);
         open.push_back(&form);
+        form.giveKeyboard = [this](const Control& control) { keyboard = control.name; };
     }
     void closed(Form& form) override {
         log.push_back("-" + form.name);

@@ -158,6 +158,7 @@ std::map<std::string, Stories::State> commonStates() {
         {"addressPanel", [](Bench& bench) { return bench.test.program.shell.addressPanel.get(); }},
         {"commands", [](Bench& bench) { return bench.test.program.shell.commandsAvailable ? "on" : "off"; }},
         {"opening", [](Bench& bench) { return bench.test.serial.openings.back().settings; }},
+        {"keyboard", [](Bench& bench) { return bench.test.host.keyboard; }},
         {"path", [](Bench& bench) { return bench.test.program.ProfilePath; }},
         {"dialog", dialogText},
         {"files", [](Bench& bench) { return std::to_string(bench.test.profileFiles.files.size()); }},

@@ -10,6 +10,7 @@ struct ProfileEntry {
     std::string section;
     std::string key;
     std::string value;
+    bool removed = false;  ///< the file is to have no such line
 };
 
 /// Profile (INI) files: `[section]` lines and key=value lines, Windows-1252 on disk, UTF-8 here. Sections and

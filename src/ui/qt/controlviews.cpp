@@ -26,6 +26,8 @@ namespace {
 constexpr int fieldPadding = 12;  // frame and margins of a field beside its characters
 constexpr int comboCharacters = 12;
 constexpr double titleScale = 1.3;
+constexpr QColor refusedColor{255, 170, 170};
+constexpr QColor failedColor{220, 40, 40};
 
 int widthOfCharacters(const QWidget& widget, int count) {
     return widget.fontMetrics().horizontalAdvance(QLatin1Char('0')) * count + fieldPadding;
@@ -108,13 +110,24 @@ QWidget* makeLabel(Label& control, QWidget& parent, Links& links) {
     return label;
 }
 
+void markRefused(QWidget& field, bool refused) {
+    QPalette palette;
+    if (refused) {
+        palette.setColor(QPalette::Base, refusedColor);
+        palette.setColor(QPalette::Text, Qt::black);
+    }
+    field.setPalette(palette);
+}
+
 QWidget* makeTextBox(TextBox& control, QWidget& parent, Links& links) {
     auto* edit = new Field(control.minimumCharacters, &parent);
     links.show(control.text, [edit](const std::string& text) {
         if (edit->text() != toQt(text)) {
             edit->setText(toQt(text));
+            edit->setCursorPosition(0);  // a long text is seen from its beginning
         }
     });
+    links.show(control.refused, [edit](bool refused) { markRefused(*edit, refused); });
     links.on(edit, &QLineEdit::textChanged,
              [&control, &links](const QString& text) { links.change(control.text, fromQt(text)); });
     return edit;
@@ -139,9 +152,19 @@ QWidget* makeButton(Button& control, QWidget& parent, Links& links) {
 QWidget* makeCheckBox(CheckBox& control, QWidget& parent, Links& links) {
     auto* box = new QCheckBox(&parent);
     showCaption(control.caption, control.mnemonic, *box, links);
-    links.show(control.value, [box](bool set) { box->setChecked(set); });
-    links.on(box, &QCheckBox::toggled,
-             [&control, &links](bool set) { links.change(control.value, set, control.click); });
+    const auto draw = [box, &control](bool /*changed*/) {
+        box->setTristate(control.unknown);
+        box->setCheckState(control.unknown ? Qt::PartiallyChecked
+                           : control.value ? Qt::Checked
+                                           : Qt::Unchecked);
+    };
+    links.show(control.value, draw);
+    links.show(control.unknown, draw);
+    links.on(box, &QCheckBox::stateChanged, [&control, &links](int state) {
+        if (state != Qt::PartiallyChecked) {
+            links.change(control.value, state == Qt::Checked, control.click);
+        }
+    });
     return box;
 }
 
@@ -221,10 +244,17 @@ QWidget* makeSlider(Slider& control, QWidget& parent, Links& links) {
 /// The toolkit's bar paints at once, also while no events are handled.
 QWidget* makeProgressBar(ProgressBar& control, QWidget& parent, Links& links) {
     auto* bar = new QProgressBar(&parent);
-    bar->setFormat(QStringLiteral("%v von %m"));
     links.show(control.total, [bar](int total) {
         bar->setTextVisible(total > 0);
         bar->setRange(0, std::max(total, 1));
+    });
+    links.show(control.text, [bar](const std::string& text) { bar->setFormat(toQt(text)); });
+    links.show(control.failed, [bar](bool failed) {
+        QPalette palette;
+        if (failed) {
+            palette.setColor(QPalette::Highlight, failedColor);
+        }
+        bar->setPalette(palette);
     });
     links.show(control.done, [bar](int done) { bar->setValue(done); });
     return bar;

@@ -42,6 +42,11 @@ FormView::FormView(Form& form, Dispatcher& dispatcher, QWidget* parent)
         view->setDefault(true);
     }
     runTimers(form, *this, *links_);
+    form.giveKeyboard = [this](const Control& control) {
+        if (auto* const widget = findChild<QWidget*>(toQt(control.name))) {
+            widget->setFocus(Qt::OtherFocusReason);
+        }
+    };
 }
 
 FormView::~FormView() = default;
@@ -88,7 +93,7 @@ void FormView::keyPressEvent(QKeyEvent* event) {
     Button* const button = enter ? form_.defaultButton() : escape ? form_.cancelButton() : nullptr;
     if (button != nullptr) {
         press(button);
-    } else if (escape) {
+    } else if (escape && form_.escapeCloses()) {
         links_->call([this] { form_.closeBoxPressed(); });
     } else {
         QWidget::keyPressEvent(event);

@@ -23,7 +23,10 @@ class FormView : public QWidget {
     ~FormView() override;
 
     /// The form is closed: from now on nothing refers to it.
-    void detach() { links_.reset(); }
+    void detach() {
+        form_.giveKeyboard = nullptr;
+        links_.reset();
+    }
 
     /// Gives the keyboard to the first control, but to the default button where that is a button, too.
     void focusFirst();

@@ -3,10 +3,12 @@
 #include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSocketNotifier>
+#include <QStandardPaths>
 #include <QTimer>
 #include <algorithm>
 #include <optional>
@@ -74,8 +76,13 @@ std::optional<std::string> QtDesktop::chooseFile(const FileDialog& dialog) {
     view.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
     view.setNameFilter(toQt(dialog.filterName) + QStringLiteral(" (") + toQt(dialog.filePattern) +
                        QStringLiteral(")"));
+    view.setDefaultSuffix(QFileInfo(toQt(dialog.filePattern)).suffix());
+    view.setDirectory(lastFolder_.isEmpty()
+                          ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
+                          : lastFolder_);
     view.selectFile(toQt(dialog.fileName));
-    view.setLabelText(QFileDialog::LookIn, QStringLiteral("Suchen in:"));
+    view.setLabelText(QFileDialog::LookIn,
+                      save ? QStringLiteral("Speichern in:") : QStringLiteral("Suchen in:"));
     view.setLabelText(QFileDialog::FileName, QStringLiteral("Dateiname:"));
     view.setLabelText(QFileDialog::FileType, QStringLiteral("Dateityp:"));
     view.setLabelText(QFileDialog::Accept, save ? QStringLiteral("Speichern") : QStringLiteral("Öffnen"));
@@ -86,6 +93,7 @@ std::optional<std::string> QtDesktop::chooseFile(const FileDialog& dialog) {
     if (!chosen || files.isEmpty()) {
         return std::nullopt;
     }
+    lastFolder_ = QFileInfo(files.first()).path();
     return fromQt(files.first());
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QEventLoop>
+#include <QString>
 
 #include "platform/desktop.h"
 #include "platform/numberlocale.h"
@@ -31,6 +32,7 @@ class QtDesktop : public Desktop {
     const Dispatcher& dispatcher_;
     const SerialControl* line_ = nullptr;
     bool inputHeld_ = false;
+    QString lastFolder_;  // of the file chosen last
 };
 
 /// How the user's system writes numbers, whether or not its locale is installed.
