@@ -75,7 +75,7 @@ Number settingNumber(Program& program, const Setting& setting) {
 frmModBus::frmModBus(Program& program) : Form("frmModBus", Kind::Main), program_(program) {
     geometry.width = standardWidth;
     geometry.height = standardHeight;
-    sbStatusBar.panels = {&sbStatusBar_1, &sbStatusBar_2};
+    sbStatusBar.panels = {&sbStatusBar_1, &sbStatusBar_2, &sbStatusBar_3};
     buildMenu();
     buildToolBar();
     connectCommands();
@@ -130,6 +130,10 @@ void frmModBus::followShell() {
         shell.portPanel.bind([this](const std::string& text) { sbStatusBar_1.caption = text; }));
     bindings_.push_back(
         shell.addressPanel.bind([this](const std::string& text) { sbStatusBar_2.caption = text; }));
+    bindings_.push_back(shell.activity.bind([this](const std::string& text) {
+        sbStatusBar_3.caption = text;
+        sbStatusBar_3.visible = !text.empty();
+    }));
     bindings_.push_back(shell.commandsAvailable.bind([this](bool available) {
         Toolbar1.visible = available;
         mnuStart.enabled = available;

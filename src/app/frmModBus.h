@@ -36,6 +36,7 @@ class frmModBus : public Form {
     StatusBar sbStatusBar{"sbStatusBar"};
     Label sbStatusBar_1{"sbStatusBar_1"};
     Label sbStatusBar_2{"sbStatusBar_2"};
+    Label sbStatusBar_3{"sbStatusBar_3"};
 
     Timer Timer2{"Timer2"};
 

@@ -70,10 +70,16 @@ void frmMbParameter::load() {
     origin_.watch(rowsInOrder(program_.kdlActive() ? ParameterOrder::KdlWrite : ParameterOrder::Write,
                               program_.DeviceType),
                   *this);
+    readBeforeShown();
 }
 
-void frmMbParameter::shown() {
+/// Nobody can type into a box that is about to be filled; the main window tells how far it is.
+void frmMbParameter::readBeforeShown() {
+    Property<std::string>& activity = program_.shell.activity;
+    const Subscription progress = prgFortschritt.text.observe(
+        [&activity](const std::string& text) { activity = "Parameter werden gelesen: " + text; });
     useDevice(&frmMbParameter::readDevice);
+    activity = "";
 }
 
 void frmMbParameter::useDevice(void (frmMbParameter::*operation)()) {
@@ -160,8 +166,9 @@ Box frmMbParameter::thresholds() {
         framed(Frame10, column({grid(2, {lblTein, txtTein}, {0}),
                                 grid(6, {lblTan, Label1, txtTan1, Label2, txtTan2, txtTan}, {0}),
                                 grid(2, {lblTab, txtTab}, {0})})),
-        row({framed(Frame15, chkStopMod), framed(Frame6, chkMemory)}),
         stretch(),
+        prgFortschritt,
+        lblHerkunft,
     });
 }
 
@@ -171,6 +178,7 @@ Box frmMbParameter::relays() {
         framed(Frame16, alarmList(chkR1_Bit)),
         framed(Frame12, grid(2, {opt50Hz_1uF, opt60Hz_10uF, opt20uF, opt30uF, opt40uF, opt50uF})),
         framed(Frame13, chkAnkop),
+        framed(Frame15, chkStopMod),
         stretch(),
     });
     const Box second = column({
@@ -191,14 +199,15 @@ Box frmMbParameter::lineSettings() {
         framed(Frame9, grid(1, {optNo, optOdd, optEven})),
         framed(Frame14, chkCalTest),
         framed(Frame18, row({optSelfTestOff, optSelfTest1h, optSelfTest24h})),
+        framed(Frame6, chkMemory),
         stretch(),
     });
 }
 
 Box frmMbParameter::layout() {
     return column({row({thresholds(), relays(), lineSettings()}),
-                   row({row({cmdReadPara, cmdWritePara}), column({prgFortschritt, lblHerkunft}),
-                        row({cmd_Para_File_open, cmd_Para_File_Save}), row({cmdClose})})});
+                   row({cmdReadPara, cmdWritePara, stretch(), cmd_Para_File_open, cmd_Para_File_Save,
+                        stretch(), cmdClose})});
 }
 
 }  // namespace vek

@@ -21,12 +21,11 @@ class frmMbParameter : public ChildForm, public ParameterControls {
 
     Box layout() override;
     void load() override;
-    /// Reads the device: the window stands there meanwhile, with its progress.
-    void shown() override;
     /// What has been typed must not go with one key.
     bool escapeCloses() const override { return false; }
 
   private:
+    void readBeforeShown();
     void readDevice();
     void writeDevice();
     void loadFile();

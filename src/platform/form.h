@@ -45,9 +45,6 @@ class Form {
     /// The window has been opened and stands in the list of open windows.
     virtual void load() {}
 
-    /// The window stands on the screen.
-    virtual void shown() {}
-
     /// The window is being closed, by its close box or by code; it is already out of the list of open
     /// windows. The object stays until every handler that runs has returned.
     virtual void unload() {}
@@ -66,7 +63,8 @@ class Form {
     virtual Button* cancelButton() { return nullptr; }
     virtual bool escapeCloses() const { return true; }
 
-    /// Gives a control of this window the keyboard; set by a front end while the window stands on the screen.
+    /// Gives a control of this window the keyboard, as long as the window stands on the screen; set by a
+    /// front end.
     std::function<void(const Control& control)> giveKeyboard;
 };
 

@@ -38,6 +38,7 @@ struct Shell {
     Property<std::string> caption;       ///< of the main window
     Property<std::string> portPanel;     ///< status bar panel 1: the port settings
     Property<std::string> addressPanel;  ///< status bar panel 2: the device address
+    Property<std::string> activity;      ///< status bar panel 3, which is there only meanwhile: what takes time
 
     /// False while a dialog, monitor, tool or editor is open: the tool bar is hidden, the menus are disabled.
     Property<bool> commandsAvailable{true};

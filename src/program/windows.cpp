@@ -11,7 +11,6 @@ void Windows::add(std::unique_ptr<Form> form) {
     opened.load();
     if (isOpen(opened)) {
         host_.shown(opened);
-        opened.shown();
     }
 }
 

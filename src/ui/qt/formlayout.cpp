@@ -15,7 +15,7 @@ namespace vek {
 namespace {
 
 constexpr int gapSize = 12;
-constexpr int frameMargin = 8;
+constexpr int frameMargin = 7;
 constexpr int frameMarginAbove = 3;  // the caption stands above the frame; many frames make a window high
 constexpr int gridLineSpacing = 3;   // tables are read along their lines
 

@@ -1,6 +1,7 @@
 #include "ui/qt/formview.h"
 
 #include <QKeyEvent>
+#include <QPointer>
 #include <QPushButton>
 #include <QTimer>
 
@@ -42,8 +43,9 @@ FormView::FormView(Form& form, Dispatcher& dispatcher, QWidget* parent)
         view->setDefault(true);
     }
     runTimers(form, *this, *links_);
-    form.giveKeyboard = [this](const Control& control) {
-        if (auto* const widget = findChild<QWidget*>(toQt(control.name))) {
+    form.giveKeyboard = [view = QPointer(this)](const Control& control) {
+        auto* const widget = view ? view->findChild<QWidget*>(toQt(control.name)) : nullptr;
+        if (widget != nullptr) {
             widget->setFocus(Qt::OtherFocusReason);
         }
     };

@@ -23,10 +23,7 @@ class FormView : public QWidget {
     ~FormView() override;
 
     /// The form is closed: from now on nothing refers to it.
-    void detach() {
-        form_.giveKeyboard = nullptr;
-        links_.reset();
-    }
+    void detach() { links_.reset(); }
 
     /// Gives the keyboard to the first control, but to the default button where that is a button, too.
     void focusFirst();
