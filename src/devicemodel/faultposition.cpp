@@ -22,17 +22,18 @@ std::string_view signOf(double percent) {
 /// The two sides act as parallel resistors that make up the measured one: each is as many times larger as its
 /// share of the bar, 0 to 200, is smaller. Rounded to the nearest whole number, halves to even (the
 /// processor's default).
-std::string sideText(double kiloOhms, double share, int limit) {
-    if (limit == 0) {
+std::string sideText(std::optional<double> kiloOhms, double share, int limit) {
+    if (limit == 0 || !kiloOhms) {
         return noValueText;
     }
-    const double side = share == 0 ? limit : std::nearbyint(200 * kiloOhms / share);
+    const double side = share == 0 ? limit : std::nearbyint(200 * *kiloOhms / share);
     return side >= limit ? ">" + std::to_string(limit) : NumberLocale{}.fixed(side, 0);
 }
 
 }  // namespace
 
-FaultPosition faultPosition(std::optional<double> percent, double kiloOhms, std::uint8_t deviceType) {
+FaultPosition faultPosition(std::optional<double> percent, std::optional<double> kiloOhms,
+                            std::uint8_t deviceType) {
     if (!percent || std::isnan(*percent)) {
         return {.slider = 0, .sign = "~", .reNegative = noValueText, .rePositive = noValueText};
     }

@@ -18,10 +18,11 @@ struct FaultPosition {
 };
 
 /// The bar for a fault position in percent and an insulation resistance in kOhm, both as their slots show
-/// them (a resistance slot without a number counts as 0). Without a position both resistances are "---". A
+/// them. Without a position, and without a resistance, both sides are "---". A
 /// resistance that reaches what the device type can measure reads ">" and that limit, and "---" for types
 /// without a limit. Positions beyond -100 and +100, which would turn a resistance negative, count as the end
 /// of the bar.
-FaultPosition faultPosition(std::optional<double> percent, double kiloOhms, std::uint8_t deviceType);
+FaultPosition faultPosition(std::optional<double> percent, std::optional<double> kiloOhms,
+                            std::uint8_t deviceType);
 
 }  // namespace vek

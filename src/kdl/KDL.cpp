@@ -18,7 +18,8 @@ Bytes KdlReadDeviceData(Program& program) {
 }
 
 std::string KdlReadSoftwareVersion(Program& program) {
-    return kdlSoftwareVersion(KdlTransact(program, ":IDNF?"));
+    const Bytes reply = KdlTransact(program, ":IDNF?");
+    return reply == kdlTimeOutError ? noValueText : kdlSoftwareVersion(reply);
 }
 
 std::string kdlSoftwareVersion(const Bytes& reply) {

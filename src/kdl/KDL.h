@@ -15,8 +15,8 @@ Bytes KdlIdentify(Program& program);
 /// The device data text, or "#TIMEOUT_ERROR#". The port must be open.
 Bytes KdlReadDeviceData(Program& program);
 
-/// The software version: a number with two decimals behind a point; 0.00 when there is none in the reply. The
-/// port must be open.
+/// The software version: a number with two decimals behind a point; 0.00 when there is none in the reply,
+/// "---" without a reply. The port must be open.
 std::string KdlReadSoftwareVersion(Program& program);
 
 /// The version in the reply to the version request: hundredths behind "Sw".

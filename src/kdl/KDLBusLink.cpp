@@ -87,13 +87,23 @@ void discardLateReply(Program& program) {
 }  // namespace
 
 void KdlOpenPort(Program& program) {
-    if (program.RS485.isOpen()) {
+    if (program.RS485.isOpen() || !isPortNumber(program.ComPort)) {
         showPortMissing(program);
         return;
     }
     if (selectConfiguredPort(program)) {
         program.RS485.open();
     }
+}
+
+bool KdlPortOpened(Program& program) {
+    const unsigned messages = program.messagesShown;
+    KdlOpenPort(program);
+    const bool isOpen = program.RS485.isOpen();
+    if (!isOpen && program.messagesShown == messages) {
+        showPortMissing(program);
+    }
+    return isOpen;
 }
 
 void KdlClosePort(Program& program) {

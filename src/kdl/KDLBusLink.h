@@ -13,9 +13,12 @@
 /// program.
 namespace vek {
 
-/// Opens the port ComPort with BaudRate and FrameFormat. A message when it is open already; a port that
-/// cannot be opened stays closed without one, its requests then find no reply.
+/// Opens the port ComPort with BaudRate and FrameFormat. A message when it is open already, and when there is
+/// no such number; a port that cannot be opened stays closed without one, its requests then find no reply.
 void KdlOpenPort(Program& program);
+
+/// The same, but with a message whenever the port is not open afterwards; whether it is.
+bool KdlPortOpened(Program& program);
 
 /// Closes the port; does nothing on a closed one.
 void KdlClosePort(Program& program);

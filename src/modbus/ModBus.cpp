@@ -26,7 +26,7 @@ std::string exceptionText(const std::string& code, const ExceptionTexts& texts) 
 
 /// Asks after a request without a valid reply whether to go on; returns when the user wants to.
 void askAfterTimeOut(Program& program) {
-    const MessageAnswer answer = program.desktop.messageBox(
+    const MessageAnswer answer = program.ask(
         {"CRC-Fehler:\n\nOk                ->  Programm fortsetzen\nAbbrechen  ->  Programm beenden",
          errorTitle, MessageIcon::None, MessageButtons::OkCancel});
     if (answer == MessageAnswer::Cancel) {

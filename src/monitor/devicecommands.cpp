@@ -81,10 +81,10 @@ bool sendKdl(Program& program, const CommandRow& row) {
 
 bool confirmed(Program& program) {
     const MessageAnswer answer =
-        program.desktop.messageBox({"Das ZEPHYRON an den Kalibrieradapter anschließen und anschließend "
-                                    "einschalten. Soll die Kalibrierung "
-                                    "gestartet werden?",
-                                    "Kalibrierung starten", MessageIcon::None, MessageButtons::OkCancel});
+        program.ask({"Das ZEPHYRON an den Kalibrieradapter anschließen und anschließend "
+                     "einschalten. Soll die Kalibrierung "
+                     "gestartet werden?",
+                     "Kalibrierung starten", MessageIcon::None, MessageButtons::OkCancel});
     if (answer != MessageAnswer::Ok) {
         showNote(program, "Die Kalibrierung wurde abgebrochen!", "Info");
         return false;

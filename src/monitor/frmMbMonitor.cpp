@@ -111,8 +111,8 @@ void frmMbMonitor::enableCommands(bool enabled) {
 }
 
 void frmMbMonitor::cycleDone() {
-    showFaultPosition(faultPosition(shownNumber(faultPositionSlot), shownNumber(resistanceSlot).value_or(0),
-                                    program_.DeviceType));
+    showFaultPosition(
+        faultPosition(shownNumber(faultPositionSlot), shownNumber(resistanceSlot), program_.DeviceType));
 }
 
 void frmMbMonitor::showFaultPosition(const FaultPosition& position) {

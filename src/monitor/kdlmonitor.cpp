@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "devicemodel/monitorrendering.h"
 #include "kdl/KDL.h"
 #include "monitor/frmMbMonitor.h"
 #include "monitor/kdlrow.h"
@@ -17,7 +18,7 @@ constexpr std::size_t resistanceRow = 0;
 constexpr std::size_t faultPositionRow = 8;
 
 std::string shown(const Bytes& deviceText) {
-    return withoutControls(utf8FromWindows1252(deviceText));
+    return deviceText == kdlTimeOutError ? noValueText : withoutControls(utf8FromWindows1252(deviceText));
 }
 
 bool contains(std::string_view text, std::string_view mark) {
@@ -32,34 +33,85 @@ void showDevice(Program& program, frmMbMonitor& monitor) {
     monitor.lblSwMb.caption = "-";
 }
 
-/// The alarm at this place; nothing when there is none.
-std::optional<Bytes> readAlarm(Program& program, std::size_t index) {
-    Bytes reply = KdlTransact(program, ":ALM? " + std::to_string(index + 1));
-    return reply == kdlNoAlarm ? std::nullopt : std::optional(std::move(reply));
-}
+/// The requests of one row.
+class Row {
+  public:
+    Row(Program& program, frmMbMonitor& monitor, std::size_t index)
+        : program_(program), monitor_(monitor), number_(std::to_string(index + 1)) {}
 
-/// A running test counts among the alarms, so the list is asked for whatever its number is.
-std::optional<Bytes> readAlarmList(Program& program, frmMbMonitor& monitor, std::size_t index) {
-    const Bytes count = KdlTransact(program, ":ALMN?");
-    if (contains(count, "n=/")) {
-        if (contains(count, "TI")) {
-            monitor.LED_TEST_INTERN.fillColor = colors::red;
-        } else if (contains(count, "TE")) {
-            monitor.LED_TEST_EXTERN.fillColor = colors::red;
+    /// Its reply; an alarm goes before an operating value.
+    Bytes read() {
+        const std::optional<Bytes> alarm = readAlarmList();
+        isAlarm_ = alarm.has_value();
+        return alarm ? *alarm : readOperatingValue();
+    }
+
+    bool isAlarm() const { return isAlarm_; }
+    /// Whether each request has got a reply.
+    bool isAnswered() const { return answered_; }
+
+  private:
+    Bytes ask(const std::string& command) {
+        Bytes reply = KdlTransact(program_, command);
+        answered_ = answered_ && reply != kdlTimeOutError;
+        return reply;
+    }
+
+    /// The alarm at this place; nothing when there is none.
+    std::optional<Bytes> readAlarm() {
+        Bytes reply = ask(":ALM? " + number_);
+        return reply == kdlNoAlarm ? std::nullopt : std::optional(std::move(reply));
+    }
+
+    void showTests(const Color& color) {
+        monitor_.LED_TEST_INTERN.fillColor = color;
+        monitor_.LED_TEST_EXTERN.fillColor = color;
+    }
+
+    /// A running test counts among the alarms, so the list is asked for whatever its number is.
+    std::optional<Bytes> readAlarmList() {
+        const Bytes count = ask(":ALMN?");
+        if (contains(count, "n=/")) {
+            if (contains(count, "TI")) {
+                monitor_.LED_TEST_INTERN.fillColor = colors::red;
+            } else if (contains(count, "TE")) {
+                monitor_.LED_TEST_EXTERN.fillColor = colors::red;
+            }
+            return readAlarm();
         }
-        return readAlarm(program, index);
+        if (contains(count, "n= ")) {
+            showTests(colors::white);
+            return kdlCount(count) > 0 ? readAlarm() : std::nullopt;
+        }
+        if (count == kdlTimeOutError) {
+            showTests(colors::grey);
+        }
+        return std::nullopt;
     }
-    if (contains(count, "n= ")) {
-        monitor.LED_TEST_INTERN.fillColor = colors::white;
-        monitor.LED_TEST_EXTERN.fillColor = colors::white;
-        return kdlCount(count) > 0 ? readAlarm(program, index) : std::nullopt;
+
+    Bytes readOperatingValue() {
+        Bytes count = ask(":BTRN?");
+        return kdlCount(count) > 0 ? ask(":BTR? " + number_) : count;
     }
-    return std::nullopt;
+
+    Program& program_;
+    frmMbMonitor& monitor_;
+    const std::string number_;
+    bool isAlarm_ = false;
+    bool answered_ = true;
+};
+
+/// A row that nobody has filled in this pass.
+void showEmptyRow(frmMbMonitor& monitor, std::size_t index, const char* value, const char* range) {
+    monitor.LED[index].fillColor = colors::grey;
+    monitor.lblMesswert[index].caption = value;
+    monitor.lblRange[index].caption = range;
+    monitor.lblEinheit[index].caption = std::string();
+    monitor.lblMessName[index].caption = std::string();
 }
 
-Bytes readOperatingValue(Program& program, std::size_t index) {
-    Bytes count = KdlTransact(program, ":BTRN?");
-    return kdlCount(count) > 0 ? KdlTransact(program, ":BTR? " + std::to_string(index + 1)) : count;
+void showUnreadRow(frmMbMonitor& monitor, std::size_t index) {
+    showEmptyRow(monitor, index, noValueText, rangeCaption(RangeState::invalid).data());
 }
 
 void KdlShowRowNameUnit(const Bytes& reply, frmMbMonitor& monitor, std::size_t index) {
@@ -96,24 +148,33 @@ double shownNumber(const Program& program, const std::string& caption) {
 void showFaultPosition(Program& program, frmMbMonitor& monitor) {
     const std::string& position = monitor.lblMesswert[faultPositionRow].caption;
     const std::string& resistance = monitor.lblMesswert[resistanceRow].caption;
-    const bool none = position.empty() || position == "-";
-    const auto percent = none ? std::nullopt : std::optional(shownNumber(program, position));
-    monitor.showFaultPosition(faultPosition(percent, shownNumber(program, resistance), program.DeviceType));
+    const bool noPosition = position.empty() || position == "-" || position == noValueText;
+    const auto numberIn = [&program](bool none, const std::string& caption) {
+        return none ? std::nullopt : std::optional(shownNumber(program, caption));
+    };
+    monitor.showFaultPosition(faultPosition(
+        numberIn(noPosition, position), numberIn(resistance == noValueText, resistance), program.DeviceType));
 }
 
-/// One pass; false when the window was closed meanwhile.
+/// One pass; false when the poll is to end before its end. After "Stop" a device that is silent would only
+/// take time until the end of the list.
 bool readRows(Program& program, frmMbMonitor& monitor) {
-    for (std::size_t index = 0; index < kdlRowCount; ++index) {
-        const bool ended = KdlReadMonitorRow(program, monitor, index);
-        if (!ended) {
+    RowEnd end = RowEnd::Filled;
+    std::size_t index = 0;
+    while (index < kdlRowCount && end != RowEnd::EndOfList) {
+        end = KdlReadMonitorRow(program, monitor, index++);
+        if (end != RowEnd::EndOfList) {
             program.desktop.processEvents();
         }
         if (!monitor.isOpen()) {
             return false;
         }
-        if (ended) {
+        if (end == RowEnd::Unanswered && !program.MonitorRunning) {
             break;
         }
+    }
+    for (std::size_t rest = index; rest < kdlRowCount; ++rest) {
+        end == RowEnd::EndOfList ? showEmptyRow(monitor, rest, "", "") : showUnreadRow(monitor, rest);
     }
     showFaultPosition(program, monitor);
     return true;
@@ -121,16 +182,21 @@ bool readRows(Program& program, frmMbMonitor& monitor) {
 
 }  // namespace
 
-bool KdlReadMonitorRow(Program& program, frmMbMonitor& monitor, std::size_t index) {
-    const std::optional<Bytes> alarm = readAlarmList(program, monitor, index);
-    const Bytes reply = alarm ? *alarm : readOperatingValue(program, index);
-    if (reply == kdlEndOfList) {
-        return true;
+RowEnd KdlReadMonitorRow(Program& program, frmMbMonitor& monitor, std::size_t index) {
+    Row row(program, monitor, index);
+    const Bytes reply = row.read();
+    if (!row.isAnswered()) {
+        showUnreadRow(monitor, index);
+        return RowEnd::Unanswered;
     }
-    monitor.LED[index].fillColor = alarm ? colors::red : colors::green;
+    if (reply == kdlEndOfList) {
+        showEmptyRow(monitor, index, "", "");
+        return RowEnd::EndOfList;
+    }
+    monitor.LED[index].fillColor = row.isAlarm() ? colors::red : colors::green;
     KdlShowRowNameUnit(reply, monitor, index);
     KdlShowRowValue(reply, program.locale, monitor, index);
-    return false;
+    return RowEnd::Filled;
 }
 
 void KdlRunMonitor(Program& program, frmMbMonitor& monitor) {
@@ -141,11 +207,12 @@ void KdlRunMonitor(Program& program, frmMbMonitor& monitor) {
         program.MonitorRunning = false;
         return;
     }
-    KdlOpenPort(program);
-    showDevice(program, monitor);
-    while (readRows(program, monitor) && program.MonitorRunning) {
+    if (KdlPortOpened(program)) {
+        showDevice(program, monitor);
+        while (readRows(program, monitor) && program.MonitorRunning) {
+        }
+        KdlClosePort(program);
     }
-    KdlClosePort(program);
     program.MonitorRunning = false;
 }
 

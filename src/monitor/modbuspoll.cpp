@@ -30,6 +30,8 @@ void showStatus(MonitorForm& monitor, std::size_t slot, const ChannelStatus& sta
 }
 
 void showMissingStatus(MonitorForm& monitor, std::size_t slot) {
+    monitor.LED_TEST_INTERN.fillColor = colors::grey;
+    monitor.LED_TEST_EXTERN.fillColor = colors::grey;
     monitor.LED[slot].fillColor = colors::grey;
     monitor.lblRange[slot].caption = std::string(rangeCaption(RangeState::invalid));
     monitor.lblEinheit[slot].caption = std::string();
@@ -114,16 +116,26 @@ void leaveTimeForStop(Program& program, const MonitorForm& monitor) {
     }
 }
 
+/// What has not been read in this cycle, from the slot on, is shown as not read.
+void endCycleAt(MonitorForm& monitor, std::size_t firstUnread) {
+    for (std::size_t slot = firstUnread; slot < polledChannels; ++slot) {
+        showChannel(monitor, slot, {});
+    }
+    monitor.cycleDone();
+}
+
 /// One cycle; false when the poll is to end before its end.
 bool pollChannels(Program& program, MonitorForm& monitor) {
     for (std::size_t slot = 0; slot < polledChannels; ++slot) {
+        const unsigned messages = program.messagesShown;
         const bool answered = ReadMeasurementChannel(program, monitor, slot);
         program.desktop.processEvents();
-        if (!answered) {
+        if (!answered && program.messagesShown != messages) {
             leaveTimeForStop(program, monitor);
         }
         // After "Stop", a device that is silent would only bring box after box until the end of the cycle.
         if (!monitor.isOpen() || (!answered && !program.MonitorRunning)) {
+            endCycleAt(monitor, slot + 1);
             return false;
         }
     }
@@ -149,6 +161,9 @@ void runModbusPoll(Program& program, MonitorForm& monitor) {
     }
     OpenPort(program);
     showIdentification(program, monitor);
+    if (isGivenUp(program, monitor)) {
+        endCycleAt(monitor, 0);
+    }
     while (!isGivenUp(program, monitor) && pollChannels(program, monitor)) {
     }
     ClosePort(program);

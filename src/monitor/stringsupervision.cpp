@@ -122,11 +122,12 @@ std::optional<double> symmetricPosition(const StringValues& values, double resis
     }
     const double asymmetry = 100 * (*values.voltagePlus + *values.voltageMinus) / *values.stringVoltage;
     const double divisor = (couplingResistance + resistance) * (100 - asymmetry) / 100 - resistance;
-    if (isZero(divisor) || isZero(resistance)) {
+    if (isZero(divisor)) {
         return std::nullopt;
     }
-    const double side = 2 * couplingResistance * resistance / divisor;
-    const double percent = 200 * resistance / side - 100;
+    // A side has 2 * couplingResistance * resistance / divisor kOhm, and 200 * resistance is shared out by
+    // it: the resistance cancels out, so that a fault of 0 kOhm has its place, too.
+    const double percent = 100 * divisor / couplingResistance - 100;
     return isZero(percent) ? 0 : percent;
 }
 
@@ -134,21 +135,42 @@ void estimatePosition(StringState& state, const StringValues& values, const Batt
                       const NumberLocale& locale) {
     const double resistance = faultResistance(*values.resistance, battery);
     const auto percent =
-        resistance > battery.positionLimit ? std::nullopt : symmetricPosition(values, resistance);
+        resistance <= battery.positionLimit ? symmetricPosition(values, resistance) : std::nullopt;
     if (!percent) {
         return;
     }
     state.countCaption = *percent < 0 ? fromMinus : fromPlus;
     const double middle = battery.moduleCount / 2;
     const double shift = *percent * battery.moduleCount / 200;
-    const bool beyondEnd = middle + shift > battery.moduleCount;
-    state.moduleCount = locale.fixed(beyondEnd ? battery.moduleCount : middle + shift, shownDecimals);
-    state.moduleNumber = locale.fixed(beyondEnd ? 0 : middle - std::abs(shift), shownDecimals);
+    const bool beyondPlus = middle + shift > battery.moduleCount;
+    const bool beyondMinus = !beyondPlus && middle + shift < 0;
+    const double position = beyondPlus ? battery.moduleCount : beyondMinus ? 0 : middle + shift;
+    const double distance = beyondPlus || beyondMinus ? 0 : middle - std::abs(shift);
+    state.moduleCount = locale.fixed(position, shownDecimals);
+    state.moduleNumber = locale.fixed(distance, shownDecimals);
+}
+
+bool isDigit(char character) {
+    return character >= '0' && character <= '9';
+}
+
+/// Whether a point stands before three digits, as Germans group thousands.
+bool hasThousandsPoint(std::string_view text) {
+    const std::size_t point = text.find('.');
+    if (point == std::string_view::npos) {
+        return false;
+    }
+    const std::string_view behind = text.substr(point + 1);
+    const auto end = std::find_if_not(behind.begin(), behind.end(), isDigit);
+    return end - behind.begin() == 3;
 }
 
 }  // namespace
 
 double batteryNumber(std::string_view text) {
+    if (hasThousandsPoint(text)) {
+        return missing;
+    }
     std::string number(text);
     std::replace(number.begin(), number.end(), ',', '.');
     return leadingNumber(number);

@@ -18,7 +18,9 @@ struct BatteryData {
         offsetResistance;  ///< kOhm, parallel to the fault; nothing = not taken into account
 };
 
-/// A typed number with comma or point as decimal separator; 0 for a text that begins with no number.
+/// A typed number with comma or point as decimal separator; 0 for a text that begins with no number. Not a
+/// number, and nothing can be reckoned with it, where a point stands before three digits: who has typed
+/// "20.000" or "1.234,5" means thousands.
 double batteryNumber(std::string_view text);
 
 /// What the channels of a battery string show, as numbers; nothing where a channel shows none.

@@ -86,10 +86,10 @@ bool readParameter(Program& program, C& controls, const ParameterRow& row) {
 
 PassResult KdlReadParameters(Program& program, ParameterControls& controls,
                              const std::function<bool()>& isOpen) {
-    KdlOpenPort(program);
-    const PassResult result =
-        readRows(program, controls, rowsInOrder(ParameterOrder::KdlRead, program.DeviceType), isOpen,
-                 [&](const ParameterRow& row) { return readParameter(program, controls, row); });
+    const bool portOpen = KdlPortOpened(program);
+    const PassResult result = readRows(
+        program, controls, rowsInOrder(ParameterOrder::KdlRead, program.DeviceType), isOpen,
+        [&](const ParameterRow& row) { return readParameter(program, controls, row); }, portOpen);
     KdlClosePort(program);
     return result;
 }

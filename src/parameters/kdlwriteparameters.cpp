@@ -220,12 +220,13 @@ bool writeParameter(const Writing& writing) {
 }  // namespace
 
 PassResult KdlWriteParameters(Program& program, ParameterControls& controls) {
-    KdlOpenPort(program);
-    const PassResult result =
-        writeRows(program, controls, rowsInOrder(ParameterOrder::KdlWrite, program.DeviceType),
-                  [&](const ParameterRow& row) {
-                      return writeParameter({program, controls, row});
-                  });
+    const bool portOpen = KdlPortOpened(program);
+    const PassResult result = writeRows(
+        program, controls, rowsInOrder(ParameterOrder::KdlWrite, program.DeviceType),
+        [&](const ParameterRow& row) {
+            return writeParameter({program, controls, row});
+        },
+        portOpen);
     KdlClosePort(program);
     return result;
 }

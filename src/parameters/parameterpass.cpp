@@ -77,14 +77,14 @@ bool writeRow(Program& program, ParameterControls& controls, const ParameterRow&
 }  // namespace
 
 PassResult readRows(Program& program, ParameterControls& controls, const ParameterRows& rows,
-                    const std::function<bool()>& isOpen, const ParameterStep& read) {
+                    const std::function<bool()>& isOpen, const ParameterStep& read, bool portOpen) {
     for (const ParameterRow* row : rows) {
         forget(controls, *row);
     }
     Pass pass(program, controls.prgFortschritt, rows.size(), "gelesen");
     for (const ParameterRow* row : rows) {
         program.desktop.processEvents();
-        if (!isOpen() || !pass.step(read(*row))) {
+        if (!isOpen() || !portOpen || !pass.step(read(*row))) {
             break;
         }
     }
@@ -92,7 +92,7 @@ PassResult readRows(Program& program, ParameterControls& controls, const Paramet
 }
 
 PassResult writeRows(Program& program, ParameterControls& controls, const ParameterRows& rows,
-                     const ParameterStep& write) {
+                     const ParameterStep& write, bool portOpen) {
     for (const ParameterRow* row : rows) {
         if (TextBox* box = numberBox(controls, *row)) {
             box->refused = false;
@@ -100,7 +100,7 @@ PassResult writeRows(Program& program, ParameterControls& controls, const Parame
     }
     Pass pass(program, controls.prgFortschritt, rows.size(), "gesetzt");
     for (const ParameterRow* row : rows) {
-        if (!pass.step(writeRow(program, controls, *row, write))) {
+        if (!portOpen || !pass.step(writeRow(program, controls, *row, write))) {
             break;
         }
     }

@@ -18,16 +18,17 @@ struct PassResult {
     int failed = 0;  ///< not read or not set
 };
 
-/// Reads row by row; all of them are forgotten first. Events are processed before each; ends early when
-/// `isOpen` then says that the editor has been closed, and when the device has not answered twice in a row.
+/// Reads row by row, unless the port is closed; all of them are forgotten first. Events are processed before
+/// each; ends early when `isOpen` then says that the editor has been closed, and when the device has not
+/// answered twice in a row.
 PassResult readRows(Program& program, ParameterControls& controls, const ParameterRows& rows,
-                    const std::function<bool()>& isOpen, const ParameterStep& read);
+                    const std::function<bool()>& isOpen, const ParameterStep& read, bool portOpen = true);
 
 /// Writes row by row what can be written: not what only counts beside an impedance measurement that is off,
 /// nor, with the parameter's own message, what nobody knows. No events are processed between the rows. Ends
 /// early when the device has not answered twice in a row.
 PassResult writeRows(Program& program, ParameterControls& controls, const ParameterRows& rows,
-                     const ParameterStep& write);
+                     const ParameterStep& write, bool portOpen = true);
 
 /// Marks the box and tells the user why its text is not accepted.
 void refuse(Program& program, TextBox& box, const std::string& message);

@@ -6,9 +6,12 @@
 
 namespace vek {
 
+bool isPortNumber(int number) {
+    return number >= 1 && number <= 16;
+}
+
 bool selectConfiguredPort(Program& program) {
-    const bool numbered = program.ComPort >= 1 && program.ComPort <= 16;
-    if (numbered && !program.RS485.setPortNumber(program.ComPort)) {
+    if (!isPortNumber(program.ComPort) || !program.RS485.setPortNumber(program.ComPort)) {
         return false;
     }
     const bool known = std::find(baudRates.begin(), baudRates.end(), program.BaudRate) != baudRates.end();
@@ -17,8 +20,7 @@ bool selectConfiguredPort(Program& program) {
 }
 
 void showPortMissing(Program& program) {
-    program.desktop.messageBox(
-        {"Schnittstelle nicht vorhanden", "Fehler", MessageIcon::None, MessageButtons::OkCancel});
+    program.ask({"Schnittstelle nicht vorhanden", "Fehler", MessageIcon::None, MessageButtons::OkCancel});
 }
 
 }  // namespace vek

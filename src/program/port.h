@@ -5,9 +5,11 @@
 /// What both protocols do with the serial port before they open it.
 namespace vek {
 
-/// Selects port ComPort (a number other than 1 to 16 leaves the port selected that was) and the settings of
-/// BaudRate (9600 in place of a rate that is none) and FrameFormat on the closed port. False when the port
-/// refuses one of them.
+/// Whether there is a port of this number, 1 to 16.
+bool isPortNumber(int number);
+
+/// Selects port ComPort and the settings of BaudRate (9600 in place of a rate that is none) and FrameFormat on
+/// the closed port. False when there is no such port, and when the port refuses one of them.
 bool selectConfiguredPort(Program& program);
 
 /// The message for a port that could not be opened. Its answer does not matter.

@@ -3,11 +3,11 @@
 namespace vek {
 
 void showError(Program& program, const std::string& text, const std::string& title) {
-    program.desktop.messageBox({text, title, MessageIcon::Stop, MessageButtons::Ok});
+    program.ask({text, title, MessageIcon::Stop, MessageButtons::Ok});
 }
 
 void showNote(Program& program, const std::string& text, const std::string& title) {
-    program.desktop.messageBox({text, title, MessageIcon::Information, MessageButtons::Ok});
+    program.ask({text, title, MessageIcon::Information, MessageButtons::Ok});
 }
 
 }  // namespace vek

@@ -38,7 +38,7 @@ struct Shell {
     Property<std::string> caption;       ///< of the main window
     Property<std::string> portPanel;     ///< status bar panel 1: the port settings
     Property<std::string> addressPanel;  ///< status bar panel 2: the device address
-    Property<std::string> activity;      ///< status bar panel 3, which is there only meanwhile: what takes time
+    Property<std::string> activity;  ///< status bar panel 3, which is there only meanwhile: what takes time
 
     /// False while a dialog, monitor, tool or editor is open: the tool bar is hidden, the menus are disabled.
     Property<bool> commandsAvailable{true};
@@ -89,6 +89,7 @@ struct Program {
     bool TimeOutElapsed = false;      ///< set by the tick of TimeOut
     TimePoint lateReplyLimit;         ///< until then a KDL reply may still come that missed its time
     bool lineInUse = false;           ///< see LineUse
+    unsigned messagesShown = 0;       ///< so far, by ask() and what calls it
     unsigned unansweredRequests = 0;  ///< in a row, up to the last one, on either bus
 
     Desktop& desktop;
@@ -103,6 +104,12 @@ struct Program {
     Windows windows;  ///< last, so that the windows go before what they use
 
     bool kdlActive() const { return FrameFormat == kdlFrameFormat; }
+
+    /// Shows a message box and waits for the answer.
+    MessageAnswer ask(const MessageBox& box) {
+        ++messagesShown;
+        return desktop.messageBox(box);
+    }
 };
 
 /// The right to use the line, held for one user operation. Whoever does not get it does nothing: another

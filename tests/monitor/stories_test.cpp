@@ -149,9 +149,9 @@ void readRow(Bench& bench, Operand row) {
     monitor.lblEinheit[index].caption = "V";
     monitor.lblMessName[index].caption = "Impedanz";
     KdlOpenPort(bench.test.program);
-    const bool ended = KdlReadMonitorRow(bench.test.program, monitor, index);
+    const RowEnd end = KdlReadMonitorRow(bench.test.program, monitor, index);
     KdlClosePort(bench.test.program);
-    monitor.lblDevName.caption = ended ? "end" : "row";
+    monitor.lblDevName.caption = std::array{"row", "none", "end"}.at(static_cast<std::size_t>(end));
 }
 
 TEST(Monitors, DoAsTheStoriesTell) {
@@ -200,6 +200,9 @@ TEST(Monitors, DoAsTheStoriesTell) {
     states["running"] = [](Bench& bench) {
         const Program& program = bench.test.program;
         return program.MonitorRunning || program.lineInUse ? "on" : "off";
+    };
+    states["seconds"] = [](Bench& bench) {  // since the device came
+        return std::to_string((bench.test.clock.now() - FakeClock().now()) / std::chrono::seconds{1});
     };
     states["openings"] = [](Bench& bench) { return std::to_string(bench.test.serial.openings.size()); };
     stories.tell(VEK_TEST_FOLDER "stories.txt");
