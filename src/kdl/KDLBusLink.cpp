@@ -74,14 +74,16 @@ Bytes collectReply(Program& program) {
 }
 
 /// No reply says what it answers: one that comes late would pass for the answer to the next request, and each
-/// reply behind it for that to the one after. Waits for it, as far as it can still come.
+/// reply behind it for that to the one after. Waits for it, as far as it can still come; after a wait in
+/// which nothing came not again before a byte has come.
 void discardLateReply(Program& program) {
+    LateReply& awaited = program.lateReply;
     Bytes late = program.RS485.readInput();
-    while (program.desktop.now() < program.lateReplyLimit && !late.ends_with(kdlLineEnd)) {
-        waitForEvents(program, program.lateReplyLimit);
+    while (program.desktop.now() < awaited.limit && !late.ends_with(kdlLineEnd)) {
+        waitForEvents(program, awaited.limit);
         late += program.RS485.readInput();
     }
-    program.lateReplyLimit = {};
+    awaited.waited(!late.empty());
 }
 
 }  // namespace
@@ -135,14 +137,17 @@ Bytes KdlTransact(Program& program, std::string_view command) {
     Bytes reply = collectReply(program);
     StopTimeOut(program);
     logText(program, LogColor::Blue, reply);
-    program.unansweredRequests = reply.ends_with(kdlLineEnd) ? 0 : program.unansweredRequests + 1;
-    if (!reply.ends_with(kdlLineEnd)) {
-        program.lateReplyLimit =
-            program.RS485.isConnected() ? program.desktop.now() + longestDelay : TimePoint{};
+    const bool ended = reply.ends_with(kdlLineEnd);
+    const std::string_view frame = std::string_view(reply).substr(0, reply.size() - (ended ? 2 : 0));
+    const bool answered = ended && isSoundKdlReply(frame);
+    program.unansweredRequests = answered ? 0 : program.unansweredRequests + 1;
+    program.lateReply.replied(!reply.empty());
+    if (!answered) {
+        const bool connected = program.RS485.isConnected();
+        program.lateReply.await(connected ? program.desktop.now() + longestDelay : TimePoint{});
         return kdlTimeOutError;
     }
-    reply.resize(reply.size() - 2);
-    return kdlPayload(reply);
+    return kdlPayload(Bytes(frame));
 }
 
 void DelayMs(Program& program, int milliseconds) {

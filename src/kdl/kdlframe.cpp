@@ -8,6 +8,8 @@ namespace vek {
 namespace {
 
 constexpr std::size_t headerLength = 6;
+constexpr std::size_t shortestTrailer = 2;
+constexpr std::size_t longestTrailer = 3;
 
 /// Trailer for a checksum c up to `last`: two fixed characters (or one) and the character with code c +
 /// offset, so that all of them are printable.
@@ -58,6 +60,17 @@ void KdlAppendChecksum(Bytes& request) {
 Bytes kdlPayload(const Bytes& reply) {
     const std::size_t end = reply.find('&');
     return end == Bytes::npos || end < headerLength ? reply : reply.substr(headerLength, end - headerLength);
+}
+
+bool isSoundKdlReply(std::string_view reply) {
+    if (reply.find('\0') != std::string_view::npos) {
+        return false;
+    }
+    const std::size_t end = reply.find('&', headerLength);
+    const std::string_view checked = reply.substr(0, end == std::string_view::npos ? reply.size() : end + 1);
+    const std::string_view behind = reply.substr(checked.size());
+    const bool hasTrailer = behind.size() == shortestTrailer || behind.size() == longestTrailer;
+    return end == std::string_view::npos || !hasTrailer || behind == trailer(checksumOf(checked));
 }
 
 std::size_t kdlLeastMissing(std::string_view begun) {

@@ -29,6 +29,11 @@ void KdlAppendChecksum(Bytes& request);
 /// the whole reply when there is no "&" behind the sixth character.
 Bytes kdlPayload(const Bytes& reply);
 
+/// Whether a complete reply, without its CR LF, can be believed: where two or three characters stand behind
+/// the first "&" behind the sixth character, they are the trailer that a request with the same beginning
+/// would get; and none of its bytes has been spoiled on the way, which the driver hands on as NUL.
+bool isSoundKdlReply(std::string_view reply);
+
 /// Number of bytes that the beginning of a reply lacks at least, 1 or more; of a reply as above.
 std::size_t kdlLeastMissing(std::string_view begun);
 

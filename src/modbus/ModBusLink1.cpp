@@ -1,5 +1,7 @@
 #include "modbus/ModBusLink1.h"
 
+#include <algorithm>
+
 #include "platform/leadingnumber.h"
 #include "program/port.h"
 
@@ -8,6 +10,8 @@ namespace vek {
 namespace {
 
 constexpr Milliseconds replyTimeOut{1000};
+constexpr Milliseconds longestDelay{500};  // of a reply that has missed its time
+constexpr Milliseconds longestGap{50};     // between the bytes of one reply
 
 void discardInput(SerialControl& port) {
     while (port.receivedCount() > 0) {
@@ -15,34 +19,71 @@ void discardInput(SerialControl& port) {
     }
 }
 
+/// What an adapter returns that hears its own sending stands in front of the reply.
+Bytes withoutEcho(const Bytes& request, const Bytes& reply) {
+    return reply.starts_with(request) ? reply.substr(request.size()) : reply;
+}
+
+/// How many bytes are missing at least; 0 when nothing more can come that belongs to the reply.
+std::size_t leastMissing(const Bytes& request, const Bytes& reply) {
+    const Bytes answer = withoutEcho(request, reply);
+    const ReplyKind kind = parseReply(request, answer, true);
+    if (kind == ReplyKind::NotYet) {
+        const bool isShort = answer.size() < exceptionReplyLength;
+        return (isShort ? exceptionReplyLength : replyLength(request)) - answer.size();
+    }
+    const bool echoing = kind == ReplyKind::NotForUs && request.starts_with(reply);
+    return echoing ? request.size() - reply.size() + exceptionReplyLength : 0;
+}
+
 Bytes collectReply(Program& program, const Bytes& request) {
     SerialControl& port = program.RS485;
     const TimePoint deadline = program.desktop.now() + replyTimeOut;
     Bytes reply;
     std::size_t missing = exceptionReplyLength;
-    while (port.waitReceived(missing, deadline)) {
+    while (missing > 0 && port.waitReceived(missing, deadline)) {
         reply += port.readInput();
-        if (parseReply(request, reply, true) != ReplyKind::NotYet) {
-            return reply;
-        }
-        missing = replyLength(request) - reply.size();
+        missing = leastMissing(request, reply);
     }
-    return reply + port.readInput();
+    return missing > 0 ? reply + port.readInput() : reply;
+}
+
+/// A reply that comes late must not answer the next request. Waits for it and for its end, as far as it can
+/// still come; after a wait in which nothing came not again before a byte has come.
+void discardLateReply(Program& program) {
+    SerialControl& port = program.RS485;
+    LateReply& awaited = program.lateReply;
+    if (program.desktop.now() < awaited.limit) {
+        const TimePoint limit = awaited.limit;
+        bool more = port.waitReceived(1, limit);
+        awaited.waited(more);
+        while (more) {
+            port.readInput();
+            more = port.waitReceived(1, std::min(program.desktop.now() + longestGap, limit));
+        }
+    }
+    awaited.limit = {};
+    discardInput(port);
 }
 
 Bytes transact(Program& program, const Bytes& request) {
+    discardLateReply(program);
     program.terminalLog.append(LogColor::Black, LogForm::Hex, request);
-    discardInput(program.RS485);
     program.RS485.writeOutput(request);
     program.RS485.waitSent();
-    const Bytes reply = collectReply(program, request);
-    program.terminalLog.append(LogColor::Red, LogForm::Hex, reply);
+    const Bytes received = collectReply(program, request);
+    program.terminalLog.append(LogColor::Red, LogForm::Hex, received);
+    program.lateReply.replied(!received.empty());
+    const Bytes reply = withoutEcho(request, received);
     switch (parseReply(request, reply, false)) {
         case ReplyKind::Data:
             return reply;
         case ReplyKind::Exception:
             return ExceptionToken(reply);
         default:
+            if (program.RS485.isConnected()) {
+                program.lateReply.await(program.desktop.now() + longestDelay);
+            }
             return crcTimeout;
     }
 }

@@ -33,11 +33,15 @@ bool isRead(std::string_view request) {
     return byteAt(request, 1) == functionReadHoldingRegisters;
 }
 
+/// Whether a reply comes from the slave that was asked.
+bool isFrom(std::string_view request, std::string_view reply) {
+    return byteAt(request, 0) == anySlave || reply[0] == request[0];
+}
+
 /// Whether a reply with a right CRC, which refuses nothing, begins as the answer to this request does.
 bool isAnswerTo(std::string_view request, std::string_view reply) {
     const std::size_t commonHead = isRead(request) ? readReplyHead - 1 : writeReplyLength - crcLength;
-    const bool sameSlave = byteAt(request, 0) == anySlave || reply[0] == request[0];
-    return sameSlave && reply.substr(1, commonHead - 1) == request.substr(1, commonHead - 1) &&
+    return isFrom(request, reply) && reply.substr(1, commonHead - 1) == request.substr(1, commonHead - 1) &&
            reply != request;
 }
 
@@ -97,7 +101,7 @@ ReplyKind parseReply(std::string_view request, std::string_view reply, bool more
         return ReplyKind::NotYet;
     }
     if (refused) {
-        return ReplyKind::Exception;
+        return isFrom(request, reply) ? ReplyKind::Exception : ReplyKind::NotForUs;
     }
     return sound && isAnswerTo(request, reply) ? ReplyKind::Data : ReplyKind::NotForUs;
 }

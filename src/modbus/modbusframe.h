@@ -48,9 +48,9 @@ enum class ReplyKind {
 
 /// `moreCanCome`: the time is not up. The answer has a right CRC and comes from the slave that was asked
 /// (from any when the request went to address 0); it is of the same function, for a write of the same
-/// registers, and not the request itself, as an adapter that hears its own sending returns it. A refusal
-/// counts whoever sends it, but only that of the slave itself ends the wait: without the early look at it, a
-/// register that the device lacks would cost the whole time-out.
+/// registers, and not the request itself, as an adapter that hears its own sending returns it. A refusal of
+/// the slave ends the wait: without the early look at it, a register that the device lacks would cost the
+/// whole time-out.
 ReplyKind parseReply(std::string_view request, std::string_view reply, bool moreCanCome);
 
 /// The two CRC bytes of the frame, low byte first: CRC-16 with start value FFFF and polynomial A001

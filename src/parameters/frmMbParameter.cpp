@@ -102,7 +102,7 @@ void frmMbParameter::readDevice() {
     origin_.pause();
     const PassResult result = program_.kdlActive() ? KdlReadParameters(program_, *this, stillOpen)
                                                    : ReadParameters(program_, *this, stillOpen);
-    origin_.set(result.done > 0 ? "aus Gerät gelesen " + timeOfDay() : "nicht gelesen");
+    origin_.set(result.done > 0 ? "aus Gerät gelesen " + program_.desktop.timeOfDay() : "nicht gelesen");
 }
 
 /// What the user does meanwhile waits for the end: a value typed halfway must not be written, nor a set be
@@ -115,7 +115,7 @@ void frmMbParameter::writeDevice() {
             program_.kdlActive() ? KdlWriteParameters(program_, *this) : WriteParameters(program_, *this);
         if (result.done > 0) {
             origin_.set((result.failed > 0 ? "teilweise in Gerät gesetzt " : "in Gerät gesetzt ") +
-                        timeOfDay());
+                        program_.desktop.timeOfDay());
         }
     }
     program_.desktop.processEvents();

@@ -1,8 +1,6 @@
 #include "parameters/parameterorigin.h"
 
 #include <algorithm>
-#include <array>
-#include <ctime>
 
 #include "parameters/knownparameters.h"
 #include "parameters/parametercodes.h"
@@ -47,13 +45,6 @@ void ParameterOrigin::count() {
     const auto changed = std::ranges::count_if(
         before_, [this](const auto& each) { return shownState(controls_, *each.first) != each.second; });
     label_.caption = origin_ + (changed == 0 ? "" : ", " + std::to_string(changed) + " geändert");
-}
-
-std::string timeOfDay() {
-    const std::time_t now = std::time(nullptr);
-    std::array<char, sizeof "23:59"> text{};
-    const std::size_t length = std::strftime(text.data(), text.size(), "%H:%M", std::localtime(&now));
-    return {text.data(), length};
 }
 
 }  // namespace vek

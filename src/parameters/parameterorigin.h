@@ -36,7 +36,4 @@ class ParameterOrigin {
     bool paused_ = true;
 };
 
-/// Such as "08:11".
-std::string timeOfDay();
-
 }  // namespace vek

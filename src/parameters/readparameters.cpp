@@ -56,17 +56,9 @@ const OptionalParameter* optionalParameter(ParameterField field) {
     return found == optionalParameters.end() ? nullptr : found;
 }
 
-/// What came in place of a number is shown, but it is none.
-bool showNumber(TextBox& box, const Bytes& reply) {
-    const bool isNumber = wholeTextNumber(reply).has_value();
-    box.text = reply;
-    box.unknown = !isNumber;
-    return isNumber;
-}
-
 bool showReply(Program& program, C& controls, const ParameterRow& row, const Bytes& reply) {
     if (TextBox* box = numberBox(controls, row)) {
-        return showNumber(*box, reply);
+        return showReadNumber(*box, reply);
     }
     const std::optional<double> code = wholeTextNumber(reply);
     if (code && !showCode(controls, row, *code, Bus::Modbus)) {
@@ -103,6 +95,14 @@ bool readParameter(Program& program, C& controls, const ParameterRow& row) {
 }
 
 }  // namespace
+
+bool showReadNumber(TextBox& box, const Bytes& reply) {
+    const bool isNumber = wholeTextNumber(reply).has_value();
+    const bool isToken = reply == crcTimeout || reply.starts_with(exceptionPrefix);
+    box.text = isNumber || isToken ? reply : Bytes();
+    box.unknown = !isNumber;
+    return isNumber;
+}
 
 PassResult ReadParameters(Program& program, ParameterControls& controls,
                           const std::function<bool()>& isOpen) {

@@ -7,6 +7,7 @@
 #include "parameters/ParamValueText.h"
 #include "parameters/bussettings.h"
 #include "parameters/parametercodes.h"
+#include "parameters/readparameters.h"
 #include "platform/leadingnumber.h"
 
 namespace vek {
@@ -52,9 +53,8 @@ void fetchThreshold(const Writing& writing, ParameterField field, TextBox& box, 
     if (box.text.get() == noParameterText) {
         box.enabled = true;
         label.enabled = true;
-        box.text =
-            MbReadRegisters(writing.program, registerOf(parameterRow(field), writing.program.DeviceType), 1);
-        box.unknown = !wholeTextNumber(box.text.get());
+        showReadNumber(box, MbReadRegisters(writing.program,
+                                            registerOf(parameterRow(field), writing.program.DeviceType), 1));
     }
 }
 

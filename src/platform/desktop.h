@@ -58,6 +58,9 @@ class Desktop {
 
     /// A clock that never goes back.
     virtual TimePoint now() const = 0;
+
+    /// What the user's clock shows, such as "08:11".
+    virtual std::string timeOfDay() const = 0;
 };
 
 /// Keeps the user's hands off while something must not be left half done.

@@ -33,6 +33,20 @@ inline constexpr const char* kdlFrameFormat = ",e,7,1";
 /// KdlAddressPrefix while no KDL device is chosen.
 inline constexpr const char* blankKdlPrefix = "     ";
 
+/// A reply that missed its time and may still come. It is waited for once in a silence: when the wait has
+/// brought nothing, the next one comes only after a byte has come again.
+struct LateReply {
+    TimePoint limit;  ///< until then; in the past when none is waited for
+    bool waitedInVain = false;
+
+    void await(TimePoint until) { limit = waitedInVain ? TimePoint{} : until; }
+    void waited(bool came) {
+        waitedInVain = !came && (waitedInVain || limit != TimePoint{});
+        limit = {};
+    }
+    void replied(bool came) { waitedInVain = waitedInVain && !came; }
+};
+
 /// What other windows show in or take from the main window.
 struct Shell {
     Property<std::string> caption;       ///< of the main window
@@ -87,7 +101,7 @@ struct Program {
     bool MonitorRunning = false;      ///< true while a monitor polls; set false to end the poll
     bool DelayElapsed = false;        ///< set by the tick of Timer1
     bool TimeOutElapsed = false;      ///< set by the tick of TimeOut
-    TimePoint lateReplyLimit;         ///< until then a KDL reply may still come that missed its time
+    LateReply lateReply;              ///< of either bus
     bool lineInUse = false;           ///< see LineUse
     unsigned messagesShown = 0;       ///< so far, by ask() and what calls it
     unsigned unansweredRequests = 0;  ///< in a row, up to the last one, on either bus

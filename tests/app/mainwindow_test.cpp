@@ -79,7 +79,7 @@ TEST(AddressDialog, LetsTheUserActWhileItWaits) {
                 dialog.btnÜbernehmen.click();
                 dialog.closeBoxPressed();
             };
-            test.serial.reply(":;003=x&dZB\r\n", Milliseconds{20});
+            test.serial.reply(":;003=x&\r\n", Milliseconds{20});
         };
         dialog.btnÜbernehmen.click();
         test.desktop.onEvents = nullptr;

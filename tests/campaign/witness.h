@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "campaign/use.h"
+#include "simulator/kdlframe.h"
 #include "simulator/modbusslave.h"
 
 namespace vek {
@@ -30,11 +31,14 @@ inline unsigned wordAt(const Bytes& bytes, std::size_t index) {
 }
 
 /// A frame with a right checksum is the answer when it names this device and this function, and for a write
-/// these registers, and is not the program's own request. One with a wrong number of registers is no silence.
-inline Answer modbusAnswer(const Bytes& request, const Bytes& reply) {
+/// these registers, and is not the program's own request, which may stand in front of it. One with a wrong
+/// number of registers is no silence.
+inline Answer modbusAnswer(const Bytes& request, const Bytes& received) {
+    const Bytes reply = received.substr(received.starts_with(request) ? request.size() : 0);
     const bool write = request[1] == 16;
     const bool whole = reply.size() >= 3 && sim::hasValidCrc(sim::Bytes(reply.begin(), reply.end()));
-    if (whole && (reply.size() < 5 || wordAt(reply, 0) % 256 == wordAt(request, 0) % 256 + 128)) {
+    if (whole && reply[0] == request[0] &&
+        (reply.size() < 5 || wordAt(reply, 0) % 256 == wordAt(request, 0) % 256 + 128)) {
         return {.token = "EXCEP_" + std::to_string(wordAt(reply, 1) % 256)};
     }
     const std::size_t head = write ? 6 : 2;
@@ -46,13 +50,17 @@ inline Answer modbusAnswer(const Bytes& request, const Bytes& reply) {
     return fits ? Answer{.data = reply.substr(3, length)} : Answer{.token = "---"};
 }
 
-/// On the KDL bus nothing but the line's end tells that a reply is one.
+/// On the KDL bus the line's end tells that a reply is one, and a trailer that it is right.
 inline Answer answerTo(const Exchange& exchange) {
     const Bytes& reply = exchange.received;
     if (exchange.request[0] != ':') {
         return modbusAnswer(exchange.request, reply);
     }
-    const bool inTime = reply.ends_with("\r\n");
+    const std::size_t mark = std::min(reply.find('&', 6), reply.size() - 1);
+    const std::size_t behind = reply.size() - mark - 1;
+    const bool right = (behind != 4 && behind != 5) ||
+                       reply.substr(mark + 1) == sim::kdlTrailer(reply.substr(0, mark + 1)) + "\r\n";
+    const bool inTime = reply.ends_with("\r\n") && right && reply.find('\0') == Bytes::npos;
     return {.data = inTime ? reply : "", .token = "#TIMEOUT_ERROR#", .inTime = inTime};
 }
 

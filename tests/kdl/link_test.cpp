@@ -88,7 +88,7 @@ TEST_F(KdlLink, AFloodEndsWithTheTimeOutAndFillsNothing) {
 TEST_F(KdlLink, WhatComesBeforeARequestIsNoAnswerToIt) {
     test.serial.reply("=;003:17&dZB\r\n");
     test.serial.reply("=;003:18&dZB\r\n", Milliseconds{2});
-    test.serial.peer = [&](std::string_view) { test.serial.reply("=;003:42&dZB\r\n", Milliseconds{1}); };
+    test.serial.peer = [&](std::string_view) { reply(test.serial, "@1 :;003=42*", true); };
     EXPECT_EQ(KdlTransact(test.program, ":IDNM?"), "42");
 }
 

@@ -74,7 +74,9 @@ TEST(ByteLine, HasTheFrameOfTheSettingsAndNothingElse) {
             EXPECT_EQ(::cfgetispeed(&line), speed) << settings;
             EXPECT_EQ(line.c_cflag & (CSIZE | PARENB | PARODD | CMSPAR | CSTOPB), frame) << settings;
             EXPECT_EQ(line.c_cflag & (CLOCAL | CREAD | CRTSCTS), tcflag_t{CLOCAL | CREAD});
-            EXPECT_EQ(line.c_iflag & (IXON | IXOFF | IXANY | ICRNL | INLCR | ISTRIP | INPCK), 0U);
+            EXPECT_EQ(line.c_iflag & (IXON | IXOFF | IXANY | ICRNL | INLCR | ISTRIP | IGNPAR | PARMRK), 0U);
+            const bool checked = (frame & (CSIZE | PARENB)) == (CS7 | PARENB);
+            EXPECT_EQ((line.c_iflag & INPCK) != 0, checked) << settings << ": spoiled bytes come as NUL";
             EXPECT_EQ(line.c_lflag & (ICANON | ECHO | ISIG), 0U);
             EXPECT_EQ(line.c_oflag & OPOST, 0U);
             EXPECT_EQ(line.c_cc[VMIN], 1) << "or no data would look like a hang-up";

@@ -89,6 +89,7 @@ class FakeDesktop final : public Desktop {
 
     void holdInput(bool held) override { inputHeld_ = held; }
     TimePoint now() const override { return clock_.now(); }
+    std::string timeOfDay() const override { return "08:11"; }
 
     /// Has waitForEvents() run the timer on the fake clock.
     void run(Timer& timer) {

@@ -4,6 +4,7 @@
 
 #include <regex>
 
+#include "simulator/kdlframe.h"
 #include "support/table.h"
 
 namespace vek {
@@ -40,7 +41,8 @@ Bytes replyTo(const std::string& request, const std::string& value, bool kdl) {
     const bool quoted = value.starts_with('"');
     const Bytes text = unescaped(quoted ? value.substr(1, value.size() - 2) : value);
     if (kdl) {
-        return ":;003=" + text + "&dZB\r\n";
+        const Bytes frame = ":;003=" + text + "&";
+        return frame + sim::kdlTrailer(frame) + "\r\n";
     }
     const auto [address, rest] = halves(request, " ");
     const bool write = (rest.empty() ? address : rest).front() == 'w';

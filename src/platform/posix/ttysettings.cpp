@@ -90,7 +90,9 @@ PortError portErrorOf(int code) {
 
 termios byteLine(termios line, const SerialSettings& settings) {
     ::cfmakeraw(&line);
-    line.c_iflag &= ~static_cast<tcflag_t>(IXOFF | IXANY | INPCK);
+    line.c_iflag &= ~static_cast<tcflag_t>(IXOFF | IXANY | INPCK | IGNPAR);
+    // Of seven bits nothing else tells that a byte was spoiled; the driver then hands on a NUL in its place.
+    line.c_iflag |= settings.dataBits == 7 && settings.parity != 'n' ? INPCK : 0;
     line.c_cflag = (line.c_cflag & ~frameFlags) | frameFlagsOf(settings) | CLOCAL | CREAD;
     line.c_cc[VMIN] = 1;
     line.c_cc[VTIME] = 0;

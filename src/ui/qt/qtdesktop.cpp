@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QSocketNotifier>
 #include <QStandardPaths>
+#include <QTime>
 #include <QTimer>
 #include <algorithm>
 #include <optional>
@@ -129,6 +130,10 @@ void QtDesktop::waitForEvents(TimePoint until) {
     }
     QCoreApplication::processEvents(handledEvents() | QEventLoop::WaitForMoreEvents);
     dispatcher_.throwIfEnding();
+}
+
+std::string QtDesktop::timeOfDay() const {
+    return fromQt(QTime::currentTime().toString(QStringLiteral("HH:mm")));
 }
 
 NumberLocale systemNumberLocale() {

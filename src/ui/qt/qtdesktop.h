@@ -22,6 +22,7 @@ class QtDesktop : public Desktop {
     void waitForEvents(TimePoint until = TimePoint::max()) override;
     void holdInput(bool held) override;
     TimePoint now() const override { return Clock::now(); }
+    std::string timeOfDay() const override;
 
     /// The line whose bytes wake waitForEvents(); it outlives the desktop's last wait.
     void watchLine(const SerialControl& line) { line_ = &line; }
