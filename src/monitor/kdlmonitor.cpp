@@ -185,11 +185,12 @@ bool readRows(Program& program, frmMbMonitor& monitor) {
 RowEnd KdlReadMonitorRow(Program& program, frmMbMonitor& monitor, std::size_t index) {
     Row row(program, monitor, index);
     const Bytes reply = row.read();
+    const bool ended = reply == kdlEndOfList;
     if (!row.isAnswered()) {
         showUnreadRow(monitor, index);
-        return RowEnd::Unanswered;
+        return ended ? RowEnd::EndOfList : RowEnd::Unanswered;
     }
-    if (reply == kdlEndOfList) {
+    if (ended) {
         showEmptyRow(monitor, index, "", "");
         return RowEnd::EndOfList;
     }

@@ -21,7 +21,7 @@ void KdlRunMonitor(Program& program, frmMbMonitor& monitor);
 enum class RowEnd : std::uint8_t {
     Filled,
     Unanswered,  ///< shown as not read: one of the requests has got no reply
-    EndOfList,   ///< cleared: the list ended before it
+    EndOfList,   ///< the list ended before it: cleared, or not read where nobody knows of an alarm there
 };
 
 /// Fills row `index` (0 to 14) from the device.

@@ -15,6 +15,7 @@ void runUse(std::uint32_t seed, bool kdl, Figures& figures) {
     Use second(seed, kdl);
     witness.compareWith(second);
     witness.judgeNumbers();
+    witness.judgeRows();
 }
 
 /// Prints what has been seen. A campaign whose faults change nothing has shown nothing.

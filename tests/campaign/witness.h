@@ -121,7 +121,73 @@ class Witness {
         }
     }
 
+    /// A row of a monitor of which the device has not told in this pass shows neither a number nor a lamp: it
+    /// has left the status out on Modbus, or any request of the row unanswered on KDL, or the pass ended
+    /// before it.
+    void judgeRows() const {
+        std::vector<bool> told;  // by row, of the pass so far
+        bool ended = false;
+        for (std::size_t at = 0; at < exchanges_.size(); ++at) {
+            const Bytes& request = exchanges_[at].request;
+            const bool kdl = request[0] == ':';
+            const RowPart part = partOfRow(request);
+            if (part == RowPart::First || part == RowPart::None) {
+                ended = ended || part == RowPart::None || told.size() == (kdl ? 15U : 9U);
+                judgeTable(at, told, ended, kdl);
+                ended ? told.clear() : void();
+                ended = false;
+            }
+            if (part == RowPart::First) {
+                told.push_back(kdl);
+            }
+            const Answer answer = answerTo(exchanges_[at]);
+            if (kdl && part != RowPart::None) {
+                ended = part == RowPart::Other && answer.data.find("stop 0&") == 6;
+                told.back() = told.back() && answer.inTime && !ended;
+            } else if (part == RowPart::Status) {
+                told.back() = answer.data.size() == 2;
+            }
+        }
+    }
+
   private:
+    enum class RowPart { None, First, Status, Other };
+
+    static RowPart partOfRow(const Bytes& request) {
+        const auto asks = [&](const char* command) { return request.find(command) != Bytes::npos; };
+        if (request[0] == ':') {
+            return asks(":ALMN?")                   ? RowPart::First
+                   : asks(":ALM? ") || asks(":BTR") ? RowPart::Other
+                                                    : RowPart::None;
+        }
+        const unsigned number = request[1] == 3 ? wordAt(request, 2) : 0;
+        const std::array parts{RowPart::First, RowPart::Other, RowPart::Status, RowPart::Other};
+        return number >= 1000 && number < 1036 ? parts.at(number % 4) : RowPart::None;
+    }
+
+    void judgeTable(std::size_t at, const std::vector<bool>& told, bool ended, bool kdl) const {
+        const Moment& moment = use_.moments[at];
+        Texts blank;
+        for (std::size_t row = 0; row < (ended ? 16 : told.size()); ++row) {
+            if (row >= told.size() || !told[row]) {
+                blank.insert(blank.end(),
+                             {"LED_" + std::to_string(row), "lblMesswert_" + std::to_string(row)});
+            }
+        }
+        if (!kdl && !told.empty() && !told.back()) {
+            blank.insert(blank.end(), {"LED_TEST_INTERN", "LED_TEST_EXTERN"});
+        }
+        if (ended && moment.contains("lblMesswert_0") && moment.at("lblMesswert_0") == "---") {
+            blank.insert(blank.end(), {"lblRePos", "lblReNeg"});
+        }
+        for (const std::string& name : blank) {
+            const auto shown = moment.find(name);
+            if (shown != moment.end() && shown->second.find_first_of("0123456789RGYMCW") != Bytes::npos) {
+                report_(at, name + " shows what nobody said: " + shown->second);
+            }
+        }
+    }
+
     /// The request that follows so many moments; none there: nothing went wrong.
     const Exchange& exchangeAt(std::size_t moments) const {
         static const Exchange none{":"};
