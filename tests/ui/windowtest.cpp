@@ -73,6 +73,10 @@ TEST_F(WindowTest, ATableHasItsRowsAndColumns) {
 TEST_F(WindowTest, AComboBoxKeepsItsListAndWhatTheUserMarked) {
     auto& child = screen.open<frmGeräteadresse>();
     child.btnÜbernehmen.click = nullptr;
+    const int width = screen.view<QMdiSubWindow>("").width();
+    child.Label1.caption = std::string(60, 'W');
+    screen.settle();
+    EXPECT_GT(screen.view<QMdiSubWindow>("").width(), width) << "the window grows with its contents";
     auto& box = screen.view<QComboBox>("cmbGeraeteAdresse");
     QLineEdit& edit = *box.lineEdit();
     edit.setFocus();
@@ -138,8 +142,15 @@ TEST_F(WindowTest, GeometryGoesBothWaysInTwips) {
     EXPECT_EQ(form.geometry.width.get(), window.frameGeometry().width() * 15);
 }
 
+/// Tells when its object goes.
+struct ToldMonitor : frmMbMonitor {
+    using frmMbMonitor::frmMbMonitor;
+    ~ToldMonitor() override { gone = true; }
+    static inline bool gone = false;
+};
+
 TEST_F(WindowTest, CloseBoxesOnlyAskTheirForms) {
-    screen.open<frmMbMonitor>();
+    screen.open<ToldMonitor>();
     auto& inside = screen.view<QMdiSubWindow>("");
     inside.showMaximized();
     screen.settle();
@@ -147,7 +158,7 @@ TEST_F(WindowTest, CloseBoxesOnlyAskTheirForms) {
     EXPECT_EQ(window.windowTitle(), QStringLiteral("ModBus RTU")) << "without the child's";
     inside.close();
     screen.settle();
-    EXPECT_EQ(screen.program.windows.find("frmMbMonitor"), nullptr);
+    EXPECT_TRUE(ToldMonitor::gone);
 
     screen.view("frmModBusTerminal").window()->close();
     EXPECT_FALSE(terminalVisible() || form.mnuTerminal.checked);
