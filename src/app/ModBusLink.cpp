@@ -119,7 +119,7 @@ void ModBusLink::takeSettings() {
     takeBaudRate();
     program_.FrameFormat = chosenFrameFormat();
     program_.shell.portPanel = portStatusText(program_);
-    storeSettings();
+    storeChoice();
     close();
 }
 
@@ -159,9 +159,9 @@ std::string ModBusLink::chosenFrameFormat() const {
     return evenParityFrame;
 }
 
-void ModBusLink::storeSettings() {
-    SetProfileValue(
-        program_, {comSetting.with(signedText(program_.ComPort)),
+void ModBusLink::storeChoice() {
+    storeSettings(program_,
+                  {comSetting.with(signedText(program_.ComPort)),
                    baudSetting.with(signedText(program_.BaudRate)), frameSetting.with(program_.FrameFormat)});
 }
 

@@ -39,7 +39,7 @@ class ModBusLink : public ChildForm {
     void takePort();
     void takeBaudRate();
     std::string chosenFrameFormat() const;
-    void storeSettings();
+    void storeChoice();
 };
 
 }  // namespace vek

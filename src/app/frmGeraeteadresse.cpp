@@ -1,11 +1,15 @@
 #include "app/frmGeraeteadresse.h"
 
+#include <algorithm>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "app/portstatus.h"
 #include "devicemodel/identification.h"
 #include "kdl/KDL.h"
 #include "modbus/ModBus.h"
+#include "parameters/bussettings.h"
 #include "platform/leadingnumber.h"
 #include "platform/textcodec.h"
 
@@ -15,6 +19,7 @@ namespace {
 
 constexpr int lowestAddress = 2;
 constexpr int highestAddress = 247;
+constexpr std::size_t longestAddress = 3;  // digits
 
 std::vector<std::string> addressList() {
     std::vector<std::string> list;
@@ -24,8 +29,15 @@ std::vector<std::string> addressList() {
     return list;
 }
 
-bool isBusAddress(double value) {
-    return value == 0 || (value >= lowestAddress && value <= highestAddress);
+/// The address that a text begins with, one to three digits, with the blanks in front of them; nothing when
+/// no device can have it.
+std::optional<std::string> addressIn(std::string_view text) {
+    const std::size_t begin = std::min(text.find_first_not_of(' '), text.size());
+    const std::size_t end = std::min(text.find_first_not_of("0123456789", begin), text.size());
+    const double value = leadingNumber(text.substr(begin, end - begin));
+    const bool valid = value == 0 || (value >= lowestAddress && value <= highestAddress);
+    const bool fits = begin < end && end - begin <= longestAddress;
+    return valid && fits ? std::optional(std::string(text.substr(0, end))) : std::nullopt;
 }
 
 }  // namespace
@@ -46,18 +58,19 @@ void frmGeräteadresse::search() {
     if (!line) {
         return;
     }
-    if (!isBusAddress(leadingNumber(cmbGeraeteAdresse.text.get()))) {
-        showError(program_, "Eingegebene Adresse ausserhalb des gültigen Bereiches (0, 3...90)");
+    const auto address = addressIn(cmbGeraeteAdresse.text.get());
+    if (!address) {
+        showError(program_, addressRefused);
     } else if (program_.kdlActive()) {
-        searchKdl();
+        searchKdl(*address);
     } else {
-        searchModbus();
+        searchModbus(*address);
     }
     close();
 }
 
-void frmGeräteadresse::searchModbus() {
-    SetDeviceAddress(program_, cmbGeraeteAdresse.text.get());
+void frmGeräteadresse::searchModbus(const std::string& address) {
+    SetDeviceAddress(program_, address);
     const Bytes reply = ReadDeviceText(program_, 9800);
     // The number stands behind two blanks: one of the text, one in place of a sign.
     program_.shell.addressPanel = "ModBus-Geräteadresse =  " + std::to_string(program_.DeviceAddress);
@@ -70,14 +83,15 @@ void frmGeräteadresse::searchModbus() {
     }
 }
 
-void frmGeräteadresse::searchKdl() {
-    KdlSetAddress(program_, cmbGeraeteAdresse.text.get());
-    program_.shell.addressPanel = "KDL-Geräteadresse = " + cmbGeraeteAdresse.text.get();
+void frmGeräteadresse::searchKdl(const std::string& address) {
+    KdlSetAddress(program_, address);
+    program_.shell.addressPanel = "KDL-Geräteadresse = " + address;
     const Bytes reply = KdlIdentify(program_);
     program_.shell.caption = searchCaption("KDL - Monitor    ", "");
     if (reply.find(kdlTimeOutError) != Bytes::npos) {
         showNote(program_, notFoundText("KDL-Bus"));
         program_.KdlAddressPrefix = blankKdlPrefix;
+        program_.DeviceAddress = 0;
     } else {
         deviceFound("KDL - Monitor   ", utf8FromWindows1252(reply));
     }

@@ -11,7 +11,7 @@ class frmGeräteadresse : public ChildForm {
   public:
     explicit frmGeräteadresse(Program& program);
 
-    Label Label1{"Label1", "Adresse des Gerätes am Bus (0, 2 bis 247):"};
+    Label Label1{"Label1", "Adresse des Gerätes am Bus (3 bis 90):"};
     ComboBox cmbGeraeteAdresse{"cmbGeraeteAdresse"};
     Button btnÜbernehmen{"btnÜbernehmen", "Übernehmen", 'b'};
 
@@ -21,8 +21,8 @@ class frmGeräteadresse : public ChildForm {
 
   private:
     void search();
-    void searchModbus();
-    void searchKdl();
+    void searchModbus(const std::string& address);
+    void searchKdl(const std::string& address);
     void deviceFound(const std::string& title, const std::string& deviceName);
     std::string notFoundText(const std::string& bus) const;
 };

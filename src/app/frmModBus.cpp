@@ -144,7 +144,12 @@ void frmModBus::followShell() {
 
 void frmModBus::load() {
     terminal_ = &program_.windows.open(std::make_unique<frmModBusTerminal>(program_));
-    terminal_->hideRequested = [this] { toggleTerminal(); };
+    // While the commands are not available, nothing could bring it back.
+    terminal_->hideRequested = [this] {
+        if (program_.shell.commandsAvailable) {
+            toggleTerminal();
+        }
+    };
     geometry.left = terminal_->geometry.width.get();
     geometry.top = 0;
     readSettings();
@@ -156,7 +161,7 @@ void frmModBus::load() {
 }
 
 void frmModBus::readSettings() {
-    program_.ProfilePath = settingsFilePath(program_);
+    program_.ProfilePath = program_.settingsPath = settingsFilePath(program_);
     if (settingText(program_, comSetting).empty()) {
         SetProfileValue(program_, settingDefaults());
     }
@@ -166,6 +171,7 @@ void frmModBus::readSettings() {
 }
 
 void frmModBus::unload() {
+    program_.windows.keepInput();
     terminal_->visible = false;
     throw ProgramEnd{};
 }

@@ -28,7 +28,7 @@ std::string exceptionText(const std::string& code, const ExceptionTexts& texts) 
 void askAfterTimeOut(Program& program) {
     const MessageAnswer answer = program.ask(
         {"CRC-Fehler:\n\nOk                ->  Programm fortsetzen\nAbbrechen  ->  Programm beenden",
-         errorTitle, MessageIcon::None, MessageButtons::OkCancel});
+         errorTitle, MessageIcon::None, MessageButtons::OkCancel, MessageAnswer::Ok});
     if (answer == MessageAnswer::Cancel) {
         showNote(program, "MODBUS RTU Monitor wird beendet!");
         ClosePort(program);

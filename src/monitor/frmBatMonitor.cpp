@@ -66,8 +66,8 @@ void frmBatMonitor::readBatteryData() {
 }
 
 void frmBatMonitor::writeBatteryData() {
-    SetProfileValue(
-        program_, {moduleCountSetting.with(txtAnzBatModul.text),
+    storeSettings(program_,
+                  {moduleCountSetting.with(txtAnzBatModul.text),
                    moduleVoltageSetting.with(txtBatVoltage.text), moduleRangeSetting.with(txtModBer.text),
                    offsetSetting.with(txtRoffVal.text), offsetOnSetting.with(chkRoffset.value ? "1" : "0")});
 }

@@ -30,6 +30,7 @@ class frmBatMonitor : public MonitorForm {
     Box layout() override;
     void load() override;
     void unload() override;
+    void keepInput() override { writeBatteryData(); }
     void statusShown(std::size_t slot, RangeState range) override;
     void cycleDone() override;
 

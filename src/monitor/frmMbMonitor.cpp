@@ -24,6 +24,7 @@ constexpr std::array<std::size_t, 6> switchedIndicators = {1, 4, 5, 6, 7, 8};
 
 frmMbMonitor::frmMbMonitor(Program& program) : MonitorForm(program, "frmMbMonitor", slotCount, "Stop") {
     styleFields();
+    explainCommands();
     cmdRunMonitor.click = [this] { useLine([this] { runMonitor(); }); };
     cmdCal.click = [this] { useLine([this] { runDeviceCommand(program_, DeviceCommand::Calibrate); }); };
     cmdTest.click = [this] { useLine([this] { runDeviceCommand(program_, DeviceCommand::SelfTest); }); };
@@ -44,6 +45,21 @@ void frmMbMonitor::styleFields() {
     for (std::size_t index = 0; index < sliderEnds.size(); ++index) {
         lblSliderEnd_[index].caption = sliderEnds.at(index);
     }
+}
+
+/// Who presses a command is to know what is lost with it.
+void frmMbMonitor::explainCommands() {
+    cmdCal.toolTip =
+        "Kalibrier-Modus nach Rückfrage: Das Gerät überwacht so lange nicht, die bisherige "
+        "Kalibrierung geht verloren.";
+    cmdTest.toolTip = "Selbsttest: Das Gerät überwacht so lange nicht. Es geht nichts verloren.";
+    cmdCLR.toolTip = "Fehlerspeicher löschen: Die gespeicherten Alarme gehen verloren.";
+    cmdFACT.toolTip =
+        "Werkseinstellung ohne Rückfrage: Alle Parameter außer denen der Schnittstelle gehen "
+        "verloren.";
+    cmdFACTall.toolTip =
+        "Werkseinstellung ohne Rückfrage: Alle Parameter gehen verloren, auch Adresse, "
+        "Baudrate und Parität.";
 }
 
 void frmMbMonitor::load() {
@@ -131,7 +147,8 @@ Box frmMbMonitor::faultFrame() {
 }
 
 Box frmMbMonitor::commandFrame() {
-    return framed(fraBefehle_, grid(2, {cmdCal, cmdTest, cmdCLR, cmdFACT, cmdFACTall}));
+    return framed(fraBefehle_,
+                  column({grid(2, {cmdCal, cmdTest, cmdCLR}), gap(), gap(), grid(2, {cmdFACT, cmdFACTall})}));
 }
 
 Box frmMbMonitor::layout() {

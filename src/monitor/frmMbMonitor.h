@@ -22,8 +22,8 @@ class frmMbMonitor : public MonitorForm {
     Button cmdCal{"cmdCal", "CAL", 'A'};
     Button cmdTest{"cmdTest", "TEST", 'E'};
     Button cmdCLR{"cmdCLR", "CLEAR", 'R'};
-    Button cmdFACT{"cmdFACT", "FACT", 'F'};
-    Button cmdFACTall{"cmdFACTall", "FACT All", 'l'};
+    Button cmdFACT{"cmdFACT", "FACT"};
+    Button cmdFACTall{"cmdFACTall", "FACT All"};
 
     Box layout() override;
     void load() override;
@@ -32,6 +32,7 @@ class frmMbMonitor : public MonitorForm {
 
   private:
     void styleFields();
+    void explainCommands();
     void showSlotNames();
     void switchIndicators();
     void hideRowsFrom(std::size_t firstHidden);

@@ -54,6 +54,7 @@ frmMessReg::frmMessReg(Program& program) : ChildForm(program, "frmMessReg") {
         text->sunken = true;
         text->minimumCharacters = 24;
     }
+    lblMessVal.minimumCharacters = 40;  // the longest values, so that none moves the columns
     cmdMessRegRead.click = [this] { read(); };
 }
 
@@ -64,6 +65,7 @@ void frmMessReg::read() {
     }
     const auto start = startRegister(txtMessRegNr.text);
     if (!start) {
+        clearFields();
         showError(program_, "Keine gültige Registeradresse vorhanden.");
         return;
     }
@@ -73,6 +75,13 @@ void frmMessReg::read() {
     showStatus(channel.status);
     showDescription(channel.DescriptionCode);
     ClosePort(program_);
+}
+
+void frmMessReg::clearFields() {
+    for (Label* label : {&lblMessVal, &lblMessTest, &lblTestTxt, &lblMessAlarm, &lblAlarmTxt, &lblMessRange,
+                         &lblRangeTxt, &lblMessEinheit, &lblEinheitTxt, &lblMessBeschreibung, &lblBezTxt}) {
+        label->caption = std::string();
+    }
 }
 
 void frmMessReg::showValue(const std::optional<float>& value) {
@@ -102,7 +111,7 @@ void frmMessReg::showDescription(const std::optional<std::uint16_t>& code) {
 
 Box frmMessReg::layout() {
     Box table = grid(3,
-                     {lblHeading_[0], lblMessVal, stretch(),            //
+                     {lblHeading_[0], spanning(2, lblMessVal),          //
                       lblHeading_[1], lblMessTest, lblTestTxt,          //
                       lblHeading_[2], lblMessAlarm, lblAlarmTxt,        //
                       lblHeading_[3], lblMessRange, lblRangeTxt,        //

@@ -34,6 +34,7 @@ class frmMessReg : public ChildForm {
 
   private:
     void read();
+    void clearFields();
     void showValue(const std::optional<float>& value);
     void showStatus(const std::optional<ChannelStatus>& status);
     void showDescription(const std::optional<std::uint16_t>& code);

@@ -24,17 +24,12 @@ constexpr ExceptionTexts writeExceptions = {.access = "Unzulässiger Datenzugrif
 
 constexpr std::array<const char*, 4> headings = {"", "Hex", "Dezimal", "ASCII"};
 
-/// The whole number that the text begins with; nothing when it is not within lowest..highest.
+/// The whole number that the text begins with; nothing when there is none within lowest..highest.
 std::optional<std::int64_t> typedNumber(const std::string& text, std::int64_t lowest, std::int64_t highest) {
     const std::int64_t outside = highest + 1;
-    const std::int64_t number = wholeNumber(leadingNumber(text), lowest, highest, outside);
+    const auto typed = numberAtBegin(text);
+    const std::int64_t number = typed ? wholeNumber(*typed, lowest, highest, outside) : outside;
     return number == outside ? std::nullopt : std::optional(number);
-}
-
-/// A register or count from a text box that must not be empty.
-std::optional<std::uint16_t> filledIn(const std::string& text, std::int64_t lowest, std::int64_t highest) {
-    const auto number = text.empty() ? std::nullopt : typedNumber(text, lowest, highest);
-    return number ? std::optional(static_cast<std::uint16_t>(*number)) : std::nullopt;
 }
 
 }  // namespace
@@ -72,6 +67,7 @@ void frmParaReg::load() {
         counts.push_back(std::to_string(count));
     }
     cmbRegAnz.items = std::move(counts);
+    cmbRegAnz.text = std::string("1");
 }
 
 void frmParaReg::clearTable() {
@@ -82,19 +78,18 @@ void frmParaReg::clearTable() {
     }
 }
 
-std::optional<std::uint16_t> frmParaReg::startRegister() const {
-    return filledIn(txtParaReg.text, 0, highestRegister);
+std::optional<std::int64_t> frmParaReg::startRegister() const {
+    return typedNumber(txtParaReg.text, 0, highestRegister);
 }
 
-std::optional<std::uint16_t> frmParaReg::registerCount() const {
-    return filledIn(cmbRegAnz.text, 1, rowCount);
+std::optional<std::int64_t> frmParaReg::registerCount() const {
+    return typedNumber(cmbRegAnz.text, 1, rowCount);
 }
 
-/// Negative numbers go out as their two's complement; an empty box counts as 0.
-std::optional<std::uint16_t> frmParaReg::valueToWrite() const {
-    using Word = std::numeric_limits<std::int16_t>;
-    const auto value = typedNumber(txtRegVal.text, Word::min(), Word::max());
-    return value ? std::optional(static_cast<std::uint16_t>(*value)) : std::nullopt;
+/// A register's bits: negative numbers go out as their two's complement.
+std::optional<std::int64_t> frmParaReg::valueToWrite() const {
+    return typedNumber(txtRegVal.text, std::numeric_limits<std::int16_t>::min(),
+                       std::numeric_limits<std::uint16_t>::max());
 }
 
 void frmParaReg::refuse() {
@@ -114,20 +109,25 @@ void frmParaReg::readRegisters() {
         return;
     }
     OpenPort(program_);
-    const Bytes reply = SendReadRequest(program_, program_.DeviceAddress, *start, *count);
+    const Bytes reply = SendReadRequest(program_, program_.DeviceAddress, static_cast<std::uint16_t>(*start),
+                                        static_cast<std::uint16_t>(*count));
     if (isGoodReply(program_, reply)) {
-        showRegisters(readReplyData(reply), *count);
+        showRegisters(readReplyData(reply), static_cast<std::size_t>(*count));
     }
     ClosePort(program_);
 }
 
-void frmParaReg::showRegisters(const Bytes& data, std::uint16_t count) {
-    const std::size_t arrived = data.size() / bytesPerRegister;
-    for (std::size_t index = 0; index < std::min<std::size_t>(count, arrived); ++index) {
+void frmParaReg::showRegisters(const Bytes& data, std::size_t count) {
+    const std::size_t arrived = std::min(count, data.size() / bytesPerRegister);
+    for (std::size_t index = 0; index < arrived; ++index) {
         const Bytes word = data.substr(index * bytesPerRegister, bytesPerRegister);
         lblHexVal[index].caption = ToHexText(word);
         lblDezVal[index].caption = std::to_string(BytesToWord(word));
         lblChr[index].caption = withoutControls(utf8FromWindows1252(word));
+    }
+    if (arrived < count) {
+        showNote(program_, "Das Gerät hat nur " + std::to_string(arrived) + " von " + std::to_string(count) +
+                               " Registern geliefert.");
     }
 }
 
@@ -139,13 +139,18 @@ void frmParaReg::writeRegister() {
     clearTable();
     const auto start = startRegister();
     const auto value = valueToWrite();
-    if (!start || !value || cmbRegAnz.text.get().empty()) {
+    if (!start || cmbRegAnz.text.get().empty()) {
         refuse();
+        return;
+    }
+    if (!value) {
+        showError(program_, "Ungültiger Register-Wert.");
         return;
     }
     OpenPort(program_);
     const Bytes reply =
-        SendWriteRequest(program_, program_.DeviceAddress, *start, 1, bytesPerRegister, WordToBytes(*value));
+        SendWriteRequest(program_, program_.DeviceAddress, static_cast<std::uint16_t>(*start), 1,
+                         bytesPerRegister, WordToBytes(static_cast<std::uint16_t>(*value)));
     if (isGoodReply(program_, reply, writeExceptions)) {
         showNote(program_, "Parameter erfolgreich geschrieben!");
     }

@@ -35,11 +35,11 @@ class frmParaReg : public ChildForm {
     void readRegisters();
     void writeRegister();
     void clearTable();
-    std::optional<std::uint16_t> startRegister() const;
-    std::optional<std::uint16_t> registerCount() const;
-    std::optional<std::uint16_t> valueToWrite() const;
+    std::optional<std::int64_t> startRegister() const;
+    std::optional<std::int64_t> registerCount() const;
+    std::optional<std::int64_t> valueToWrite() const;
     void refuse();
-    void showRegisters(const Bytes& data, std::uint16_t count);
+    void showRegisters(const Bytes& data, std::size_t count);
 
     Label lblParaReg_{"lblParaReg", "Register Nr.:"};
     Label lblRegAnz_{"lblRegAnz", "Anzahl Register :"};

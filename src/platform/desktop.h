@@ -20,6 +20,8 @@ struct MessageBox {
     std::string title;
     MessageIcon icon = MessageIcon::None;
     MessageButtons buttons = MessageButtons::Ok;
+    MessageAnswer escape =
+        MessageAnswer::Cancel;  ///< what Escape and the close box answer, if there is Cancel
 };
 
 struct FileDialog {
@@ -38,8 +40,7 @@ class Desktop {
   public:
     virtual ~Desktop() = default;
 
-    /// Shows the box and waits for the answer. Escape and the close box answer Cancel where there is such a
-    /// button.
+    /// Shows the box and waits for the answer.
     virtual MessageAnswer messageBox(const MessageBox& box) = 0;
 
     /// Full path of the file that the user chose, nothing when cancelled.

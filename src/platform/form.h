@@ -49,6 +49,10 @@ class Form {
     /// windows. The object stays until every handler that runs has returned.
     virtual void unload() {}
 
+    /// The program ends without closing the window: what has been typed, and is to be there the next time, is
+    /// stored.
+    virtual void keepInput() {}
+
     /// The user has pressed the close box.
     virtual void closeBoxPressed() = 0;
 

@@ -5,10 +5,10 @@
 
 namespace vek {
 
-double leadingNumber(std::string_view text) {
+std::optional<double> numberAtBegin(std::string_view text) {
     const std::size_t start = text.find_first_not_of(" \t");
     if (start == std::string_view::npos) {
-        return 0;
+        return std::nullopt;
     }
     text.remove_prefix(start);
     if (text.starts_with('+') && !text.starts_with("+-")) {
@@ -17,12 +17,16 @@ double leadingNumber(std::string_view text) {
     // from_chars also knows "inf" and "nan", which are no numbers to a user.
     const std::size_t digits = text.starts_with('-') ? 1 : 0;
     if (text.size() == digits || (text[digits] != '.' && (text[digits] < '0' || text[digits] > '9'))) {
-        return 0;
+        return std::nullopt;
     }
     double value = 0;
     const auto result =
         std::from_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed);
-    return result.ec == std::errc() ? value : 0;
+    return result.ec == std::errc() ? std::optional(value) : std::nullopt;
+}
+
+double leadingNumber(std::string_view text) {
+    return numberAtBegin(text).value_or(0);
 }
 
 std::int64_t wholeNumber(double value, std::int64_t lowest, std::int64_t highest, std::int64_t outside) {

@@ -26,6 +26,9 @@ class ProfileSnapshot {
   public:
     explicit ProfileSnapshot(Program& program);
 
+    /// The file at this path.
+    ProfileSnapshot(Program& program, const std::string& path) : text_(program.profileFiles.text(path)) {}
+
     /// As GetProfileValue.
     std::string value(std::string_view key, std::string_view section) const;
 

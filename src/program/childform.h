@@ -15,7 +15,8 @@ class ChildForm : public Form {
         : Form(std::move(formName), Kind::Child), program_(program) {}
 
     void load() override { program_.shell.commandsAvailable = false; }
-    void unload() override { program_.shell.commandsAvailable = true; }
+    /// Not before an operation has ended that still holds the line; see LineUse.
+    void unload() override { program_.shell.commandsAvailable = !program_.lineInUse; }
     void closeBoxPressed() override { close(); }
 
   protected:

@@ -97,6 +97,7 @@ struct Program {
     std::string KdlAddressPrefix = blankKdlPrefix;  ///< ":;" and three digits, or five blanks
     std::string DeviceName;           ///< as the device last found named itself, Windows-1252 shown as UTF-8
     std::uint8_t DeviceType = 0;      ///< 1 to 10; 0 before the first search
+    std::string settingsPath;         ///< the settings file, from the start to the end
     std::string ProfilePath;          ///< file that GetProfileValue and SetProfileValue act on
     bool MonitorRunning = false;      ///< true while a monitor polls; set false to end the poll
     bool DelayElapsed = false;        ///< set by the tick of Timer1
@@ -137,6 +138,7 @@ class LineUse {
     ~LineUse() {
         if (granted_) {
             program_.lineInUse = false;
+            program_.shell.commandsAvailable = !program_.windows.hasChild();
         }
     }
 

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "program/IOatINI.h"
 
@@ -25,9 +26,10 @@ inline constexpr Setting offsetSetting{"BATTERIE_PARA", "ROFF_VAL"};
 inline constexpr Setting moduleCountSetting{"BATTERIE_PARA", "ANZ_MODULE"};
 inline constexpr Setting moduleRangeSetting{"BATTERIE_PARA", "MODUL_BER"};
 
-/// As GetProfileValue.
-inline std::string settingText(Program& program, const Setting& setting) {
-    return GetProfileValue(program, setting.key, setting.section);
-}
+/// The setting in the settings file, whatever ProfilePath is; as GetProfileValue otherwise.
+std::string settingText(Program& program, const Setting& setting);
+
+/// Writes to the settings file in one step, whatever ProfilePath is. A message when it cannot be written.
+void storeSettings(Program& program, const std::vector<ProfileEntry>& settings);
 
 }  // namespace vek

@@ -32,6 +32,17 @@ void Windows::closeAll() {
     }
 }
 
+void Windows::keepInput() {
+    for (std::size_t index = 0; index < open_.size(); ++index) {  // a message may let one close meanwhile
+        open_[index]->keepInput();
+    }
+}
+
+bool Windows::hasChild() const {
+    return std::any_of(open_.begin(), open_.end(),
+                       [](const auto& open) { return open->kind == Form::Kind::Child; });
+}
+
 bool Windows::isOpen(const Form& form) const {
     return std::any_of(open_.begin(), open_.end(), [&](const auto& open) { return open.get() == &form; });
 }

@@ -41,6 +41,12 @@ class Windows {
     /// Closes all windows, the last opened first.
     void closeAll();
 
+    /// Has all open windows store what has been typed.
+    void keepInput();
+
+    /// Whether a window inside the main window is open.
+    bool hasChild() const;
+
     bool isOpen(const Form& form) const;
     Form* find(std::string_view name) const;
 

@@ -117,7 +117,7 @@ Bench::Bench(int type, bool kdl, SerialControl* line)
     kdl ? test.configureKdl() : test.configure();
     test.program.DeviceType = static_cast<std::uint8_t>(type);
     test.program.DeviceName = peer.line.device().name();
-    test.program.ProfilePath = "/daten/vekXX731_Monitor.ini";
+    test.program.ProfilePath = test.program.settingsPath = "/daten/vekXX731_Monitor.ini";
     test.serial.peer = [this, answer = test.serial.peer](std::string_view frame) {
         requests.push_back(requestIn(Bytes(frame)));
         const auto prepared = replies.find(requests.back());

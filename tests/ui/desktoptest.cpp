@@ -36,8 +36,12 @@ TEST_F(DesktopTest, MessageBoxShowsTextAndTitleExactly) {
         });
         EXPECT_EQ(desktop.messageBox(box), answer) << key;
     }
-    whenOpen<QMessageBox>([](QMessageBox& view) { QTest::keyClick(&view, Qt::Key_Escape); });
-    EXPECT_EQ(desktop.messageBox({"Text", "Hinweis", MessageIcon::Information}), MessageAnswer::Ok);
+    const MessageBox leavable{"Text", "Titel", MessageIcon::None, MessageButtons::OkCancel,
+                              MessageAnswer::Ok};
+    for (const MessageBox& other : {MessageBox{"Text", "Hinweis", MessageIcon::Information}, leavable}) {
+        whenOpen<QMessageBox>([](QMessageBox& view) { QTest::keyClick(&view, Qt::Key_Escape); });
+        EXPECT_EQ(desktop.messageBox(other), MessageAnswer::Ok);
+    }
 }
 
 /// Counts what the user does with the mouse.
@@ -139,6 +143,20 @@ TEST_F(EndTest, FromProcessedEventsUnwindsTheHandlerThatYielded) {
 
 TEST_F(EndTest, ATerminateSignalIsAPressOfTheCloseBox) {
     start([] { std::raise(SIGTERM); });
+}
+
+TEST(StartTest, ATerminateSignalEndsTheProgramBehindItsFirstMessageBox) {
+    FrontEnd frontEnd;
+    bool wentOn = false;
+    EXPECT_EQ(frontEnd.exec([&] {
+        whenOpen<QMessageBox>([](QMessageBox& /*view*/) { std::raise(SIGTERM); });
+        frontEnd.desktop().messageBox({"Text", "Titel"});
+        wentOn = true;
+    }),
+              0);
+    EXPECT_FALSE(wentOn);
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+    QApplication::exec();
 }
 
 TEST(NumberLocaleTest, FollowsTheEnvironmentAlsoForLocalesThatAreNotInstalled) {

@@ -110,6 +110,8 @@ void FrontEnd::discardAll() {
 void FrontEnd::requestEnd() {
     if (mainWindow_ != nullptr) {
         mainWindow_->requestClose();
+    } else {
+        dispatcher_.run([] { throw ProgramEnd{}; });  // a message box is up before the first window
     }
 }
 

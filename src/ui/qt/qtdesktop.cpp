@@ -43,12 +43,12 @@ QWidget* dialogParent() {
     return nullptr;
 }
 
-void addButtons(QMessageBox& view, MessageButtons buttons) {
+void addButtons(QMessageBox& view, const MessageBox& box) {
     view.addButton(QMessageBox::Ok)->setText(QStringLiteral("OK"));
     view.setDefaultButton(QMessageBox::Ok);
-    if (buttons == MessageButtons::OkCancel) {
+    if (box.buttons == MessageButtons::OkCancel) {
         view.addButton(QMessageBox::Cancel)->setText(QStringLiteral("Abbrechen"));
-        view.setEscapeButton(QMessageBox::Cancel);
+        view.setEscapeButton(box.escape == MessageAnswer::Ok ? QMessageBox::Ok : QMessageBox::Cancel);
     }
 }
 
@@ -62,7 +62,7 @@ MessageAnswer QtDesktop::messageBox(const MessageBox& box) {
     view.setWindowTitle(toQt(box.title));
     view.setText(toQt(box.text));
     view.setIcon(iconOf(box.icon));
-    addButtons(view, box.buttons);
+    addButtons(view, box);
     const int answer = view.exec();
     dispatcher_.throwIfEnding();
     return answer == QMessageBox::Cancel ? MessageAnswer::Cancel : MessageAnswer::Ok;
