@@ -13,14 +13,14 @@ inline constexpr std::uint8_t highestDeviceType = 10;
 inline constexpr std::uint8_t batteryDeviceType = 9;
 
 /// Which channels a type publishes over Modbus, and the captions of its slots: columns of slotnames.cpp.
-enum class ModbusSlots : std::size_t { impedance, plain, mains, battery };
+enum class ModbusSlots : std::size_t { impedance, plain, mains, battery, count };
 
 /// The captions of a type's rows on the KDL bus: columns of slotnames.cpp.
-enum class KdlSlots : std::size_t { impedance, plain, mains, battery, voltages };
+enum class KdlSlots : std::size_t { impedance, plain, mains, battery, voltages, count };
 
 /// How finely a type's voltages are shown, and in which slots it measures them: columns of
 /// monitorrendering.cpp.
-enum class SlotFormats : std::size_t { wholeVolts, mainsTenths, stringTenths };
+enum class SlotFormats : std::size_t { wholeVolts, mainsTenths, stringTenths, count };
 
 /// What the monitors know of a device type.
 struct DeviceTypeFacts {

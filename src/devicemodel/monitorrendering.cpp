@@ -55,16 +55,25 @@ constexpr ValueFormat wholePercent{[](double percent) { return std::trunc(percen
 constexpr ValueFormat plainNumber{unscaled, std::nullopt};
 
 /// For each slot its format, by SlotFormats: whole volts, tenths of the mains, tenths of a string.
-constexpr std::array<std::array<ValueFormat, 3>, 8> slotFormats = {{
-    /* 0 */ {{kiloOhms, kiloOhms, kiloOhms}},
-    /* 1 */ {{kiloOhms, tenthVolts, kiloOhms}},
-    /* 2 */ {{wholeVolts, tenthVolts, tenthVolts}},
-    /* 3 */ {{microFarads, microFarads, microFarads}},
-    /* 4 */ {{wholeVolts, tenthVolts, tenthVolts}},
-    /* 5 */ {{wholeVolts, tenthVolts, tenthVolts}},
-    /* 6 */ {{wholePercent, wholePercent, wholePercent}},
-    /* 7 */ {{kiloOhms, tenthVolts, kiloOhms}},
-}};
+constexpr std::array<std::array<ValueFormat, static_cast<std::size_t>(SlotFormats::count)>, 8> slotFormats = {
+    {
+        /* 0 */ {{kiloOhms, kiloOhms, kiloOhms}},
+        /* 1 */ {{kiloOhms, tenthVolts, kiloOhms}},
+        /* 2 */ {{wholeVolts, tenthVolts, tenthVolts}},
+        /* 3 */ {{microFarads, microFarads, microFarads}},
+        /* 4 */ {{wholeVolts, tenthVolts, tenthVolts}},
+        /* 5 */ {{wholeVolts, tenthVolts, tenthVolts}},
+        /* 6 */ {{wholePercent, wholePercent, wholePercent}},
+        /* 7 */ {{kiloOhms, tenthVolts, kiloOhms}},
+    }};
+
+static_assert(std::ranges::all_of(slotFormats,
+                                  [](const auto& slot) {
+                                      return std::ranges::all_of(slot, [](const ValueFormat& format) {
+                                          return format.scale != nullptr;
+                                      });
+                                  }),
+              "a column lacks its format");
 
 const ValueFormat& formatOf(std::size_t slot, std::uint8_t deviceType) {
     const auto column = static_cast<std::size_t>(deviceTypeFacts(deviceType).slotFormats);

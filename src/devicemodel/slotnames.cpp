@@ -7,45 +7,62 @@
 namespace vek {
 namespace {
 
-constexpr std::array<std::array<std::string_view, 4>, 9> modbusNames{{
+/// The captions of a slot, one for each column.
+template <class Columns, class Name, class... Names>
+constexpr std::array<Name, sizeof...(Names)> slot(Names... names) {
+    static_assert(sizeof...(Names) == static_cast<std::size_t>(Columns::count), "a column lacks its caption");
+    return {Name(names)...};
+}
+
+template <class... Names>
+constexpr auto modbus(Names... names) {
+    return slot<ModbusSlots, std::string_view>(names...);
+}
+
+constexpr auto modbusNames = std::to_array({
     // clang-format off
-    // impedance              plain                    mains                    battery
-    {"Re Voralarm/Alarm",     "Re Voralarm/Alarm",     "Re Voralarm/Alarm",     "Re Voralarm/Alarm"},
-    {"Ze Voralarm/Alarm",     "",                      "Netzspannung RMS",      ""},
-    {"Spannung",              "Spannung",              "Netzspannung DC",       "Spannung"},
-    {"> Ce",                  "> Ce",                  "",                      "> Ce"},
-    {"Udc L1 -> PE",          "Udc L1 -> PE",          "Udc L+ -> PE",          "Udc L+ -> PE"},
-    {"Udc L2 -> PE",          "Udc L2 -> PE",          "Udc L- -> PE",          "Udc L- -> PE"},
-    {"Fehlerort in %",        "Fehlerort in %",        "Fehlerort in %",        "Fehlerort in %"},
-    {"Re Verlagerungsspg.",   "Re Verlagerungsspg.",   "",                      ""},
-    {"Aktualisierungszähler", "Aktualisierungszähler", "Aktualisierungszähler", "Aktualisierungszähler"},
+    //     impedance                plain                    mains                    battery
+    modbus("Re Voralarm/Alarm",     "Re Voralarm/Alarm",     "Re Voralarm/Alarm",     "Re Voralarm/Alarm"),
+    modbus("Ze Voralarm/Alarm",     "",                      "Netzspannung RMS",      ""),
+    modbus("Spannung",              "Spannung",              "Netzspannung DC",       "Spannung"),
+    modbus("> Ce",                  "> Ce",                  "",                      "> Ce"),
+    modbus("Udc L1 -> PE",          "Udc L1 -> PE",          "Udc L+ -> PE",          "Udc L+ -> PE"),
+    modbus("Udc L2 -> PE",          "Udc L2 -> PE",          "Udc L- -> PE",          "Udc L- -> PE"),
+    modbus("Fehlerort in %",        "Fehlerort in %",        "Fehlerort in %",        "Fehlerort in %"),
+    modbus("Re Verlagerungsspg.",   "Re Verlagerungsspg.",   "",                      ""),
+    modbus("Aktualisierungszähler", "Aktualisierungszähler", "Aktualisierungszähler", "Aktualisierungszähler"),
     // clang-format on
-}};
+});
 
 using KdlName = std::optional<std::string_view>;
 constexpr KdlName kept = std::nullopt;
 
-constexpr std::array<std::array<KdlName, 5>, 16> kdlNames{{
+template <class... Names>
+constexpr auto kdl(Names... names) {
+    return slot<KdlSlots, KdlName>(names...);
+}
+
+constexpr auto kdlNames = std::to_array({
     // clang-format off
-    // impedance                plain                      mains                      battery                    voltages
-    {"Re Voralarm",             "Re Voralarm",             "Re Voralarm",             "Re Voralarm",             "Re Voralarm"},
-    {"Re Alarm",                "Re Alarm",                "Re Alarm",                "Re Alarm",                "Re Alarm"},
-    {"Ze Alarm",                "> Ce",                    "Urms Überspannung",       "> Ce",                    "-"},
-    {"Unterspannung",           "Unterspannung",           "Udc  Unterspannung",      "Unterspannung",           "Unterspannung"},
-    {"Überspannung",            "Überspannung",            "Udc  Überspannung",       "Überspannung",            "Überspannung"},
-    {"Anschl.fehler Erde E.01", "Anschl.fehler Erde E.01", "Anschl.fehler Erde E.01", "Anschl.fehler Erde E.01", "Anschl.fehler Erde E.01"},
-    {"Anschl.fehler Netz E.02", "Anschl.fehler Netz E.02", "Anschl.fehler Netz E.02", "Anschl.fehler Netz E.02", "Anschl.fehler Netz E.02"},
-    {"Gerätefehler E.xx",       "Gerätefehler E.xx",       "Gerätefehler E.xx",       "Gerätefehler E.xx",       "Gerätefehler E.xx"},
-    {"Fehlerort",               "Fehlerort",               "Fehlerort",               "Fehlerort",               "Fehlerort"},
-    {"> Ce",                    "Udc L1 -> PE",            "Udc L+ -> PE",            "Udc L+ -> PE",            "> Ce"},
-    {"Ze Voralarm",             "Udc L2 -> PE",            "Udc L- -> PE",            "Udc L- -> PE",            "-"},
-    {"Aktualisierungszähler",   "Aktualisierungszähler",   "Aktualisierungszähler",   "Aktualisierungszähler",   "Aktualisierungszähler"},
-    {"Udc L1 -> PE",            "R-UGe",                   "-",                       "-",                       "Udc L1 -> PE"},
-    {"Udc L2 -> PE",            "-",                       "-",                       "-",                       "Udc L2 -> PE"},
-    {"R-UGe",                   kept,                      kept,                      kept,                      "-"},
-    {"-",                       "-",                       "-",                       "-",                       kept},
+    //  impedance                  plain                      mains                      battery                    voltages
+    kdl("Re Voralarm",             "Re Voralarm",             "Re Voralarm",             "Re Voralarm",             "Re Voralarm"),
+    kdl("Re Alarm",                "Re Alarm",                "Re Alarm",                "Re Alarm",                "Re Alarm"),
+    kdl("Ze Alarm",                "> Ce",                    "Urms Überspannung",       "> Ce",                    "-"),
+    kdl("Unterspannung",           "Unterspannung",           "Udc  Unterspannung",      "Unterspannung",           "Unterspannung"),
+    kdl("Überspannung",            "Überspannung",            "Udc  Überspannung",       "Überspannung",            "Überspannung"),
+    kdl("Anschl.fehler Erde E.01", "Anschl.fehler Erde E.01", "Anschl.fehler Erde E.01", "Anschl.fehler Erde E.01", "Anschl.fehler Erde E.01"),
+    kdl("Anschl.fehler Netz E.02", "Anschl.fehler Netz E.02", "Anschl.fehler Netz E.02", "Anschl.fehler Netz E.02", "Anschl.fehler Netz E.02"),
+    kdl("Gerätefehler E.xx",       "Gerätefehler E.xx",       "Gerätefehler E.xx",       "Gerätefehler E.xx",       "Gerätefehler E.xx"),
+    kdl("Fehlerort",               "Fehlerort",               "Fehlerort",               "Fehlerort",               "Fehlerort"),
+    kdl("> Ce",                    "Udc L1 -> PE",            "Udc L+ -> PE",            "Udc L+ -> PE",            "> Ce"),
+    kdl("Ze Voralarm",             "Udc L2 -> PE",            "Udc L- -> PE",            "Udc L- -> PE",            "-"),
+    kdl("Aktualisierungszähler",   "Aktualisierungszähler",   "Aktualisierungszähler",   "Aktualisierungszähler",   "Aktualisierungszähler"),
+    kdl("Udc L1 -> PE",            "R-UGe",                   "-",                       "-",                       "Udc L1 -> PE"),
+    kdl("Udc L2 -> PE",            "-",                       "-",                       "-",                       "Udc L2 -> PE"),
+    kdl("R-UGe",                   kept,                      kept,                      kept,                      "-"),
+    kdl("-",                       "-",                       "-",                       "-",                       kept),
     // clang-format on
-}};
+});
 
 }  // namespace
 

@@ -1,5 +1,7 @@
 #include "parameters/parametertypes.h"
 
+#include <algorithm>
+
 #include "devicemodel/devicetypes.h"
 
 namespace vek {
@@ -118,7 +120,12 @@ constexpr std::array<ParameterType, highestDeviceType + 1> types = {{
      {10, 499, "Unterspannung  [10...499 V]"},
      {11, 500, "Überspannung   [11...500 V]"}},
 }};
-static_assert(types.back().alarms != nullptr, "a type lacks its row");
+static_assert(std::all_of(types.begin(), types.end(),
+                          [](const ParameterType& type) {
+                              return type.alarms != nullptr && type.delays != nullptr &&
+                                     type.frequency != nullptr;
+                          }),
+              "a type lacks its row, or a part of it");
 
 }  // namespace
 

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "devicemodel/devicetypes.h"
 #include "monitor/frmBatMonitor.h"
 #include "monitor/frmMbMonitor.h"
 #include "parameters/frmMbParameter.h"
@@ -26,9 +27,9 @@ class Use {
   public:
     /// `line` takes the place of the Bench's own.
     Use(std::uint32_t seed, bool kdl, SerialControl* line = nullptr)
-        : bench(static_cast<int>(seed % 10) + 1, kdl, line),
-          watching_(seed / 10 % 2 == 0),
-          battery_(seed % 10 == 8 && !kdl),
+        : bench(static_cast<int>(seed % highestDeviceType) + 1, kdl, line),
+          watching_(seed / highestDeviceType % 2 == 0),
+          battery_(bench.test.program.DeviceType == batteryDeviceType && !kdl),
           random_(seed) {
         bench.test.open<LastWindow>();
         requests = 20 + draw(300);

@@ -31,6 +31,7 @@ TEST(DeviceTypes, GoByTheirNames) {
 }
 
 TEST(DeviceTypes, NameTheChannelsThatTheyHave) {
+    EXPECT_EQ(sim::deviceTypes().size(), highestDeviceType) << "the simulated device lacks a type";
     const char* names[] = {"",
                            "Re Voralarm/Alarm",
                            "Ze Voralarm/Alarm",

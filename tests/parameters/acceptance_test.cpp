@@ -5,6 +5,7 @@
 #include <functional>
 #include <string_view>
 
+#include "devicemodel/devicetypes.h"
 #include "editorbench.h"
 
 namespace vek {
@@ -94,7 +95,7 @@ std::vector<std::uint16_t> acceptedCodes(const EditorBench& bench, Parameter par
 
 /// Does the test for a device of each type on each bus.
 void withEachDevice(const std::function<void(EditorBench& bench, bool kdl)>& test) {
-    for (int number = 0; number < 20; ++number) {
+    for (int number = 0; number < 2 * highestDeviceType; ++number) {
         SCOPED_TRACE("type " + std::to_string(number / 2 + 1) + (number % 2 != 0 ? " on KDL" : ""));
         EditorBench bench(number / 2 + 1, number % 2 != 0);
         bench.editor();

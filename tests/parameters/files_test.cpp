@@ -3,6 +3,7 @@
 #include <random>
 #include <sstream>
 
+#include "devicemodel/devicetypes.h"
 #include "editorbench.h"
 #include "parameters/parameterfiles.h"
 #include "platform/textcodec.h"
@@ -48,6 +49,7 @@ void fillWithAnything(sim::ParameterSet& device, std::mt19937& random) {
 }
 
 TEST(ParameterFile, HoldsTheKeysOfTheTypeAndBringsTheSetBack) {
+    ASSERT_EQ(typeNames.size(), highestDeviceType + 1U) << "a type has no letter here and in files.txt";
     std::vector<Texts> expected(typeNames.size());
     for (const TableRow& row : readTable(VEK_TEST_FOLDER "files.txt")) {
         for (std::size_t type = 1; type < typeNames.size(); ++type) {
@@ -57,7 +59,7 @@ TEST(ParameterFile, HoldsTheKeysOfTheTypeAndBringsTheSetBack) {
         }
     }
     std::mt19937 random(1);
-    for (int type = 1; type <= 10; ++type) {
+    for (int type = 1; type <= highestDeviceType; ++type) {
         EditorBench bench(type, false);
         fillWithAnything(bench.parameters, random);
         bench.parameters.set(sim::Parameter::ImpedanceOn, 1);
