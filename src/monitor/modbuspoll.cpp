@@ -129,12 +129,14 @@ bool pollChannels(Program& program, MonitorForm& monitor) {
     for (std::size_t slot = 0; slot < polledChannels; ++slot) {
         const unsigned messages = program.messagesShown;
         const bool answered = ReadMeasurementChannel(program, monitor, slot);
+        // A channel that the device does not have is refused without a box, and no reason to end anything.
+        const bool failed = !answered && program.messagesShown != messages;
         program.desktop.processEvents();
-        if (!answered && program.messagesShown != messages) {
+        if (failed) {
             leaveTimeForStop(program, monitor);
         }
         // After "Stop", a device that is silent would only bring box after box until the end of the cycle.
-        if (!monitor.isOpen() || (!answered && !program.MonitorRunning)) {
+        if (!monitor.isOpen() || (failed && !program.MonitorRunning)) {
             endCycleAt(monitor, slot + 1);
             return false;
         }
