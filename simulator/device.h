@@ -105,7 +105,6 @@ class Device {
     bool isCalibrating() const { return now_ < calibrationEnd_; }
 
     const Conditions& conditions() const { return conditions_; }
-    void setConditions(const Conditions& conditions) { conditions_ = conditions; }
     // Pins channel 0..8; an empty pin gives the channel back to the device.
     void pin(std::size_t index, const ChannelPin& pin) { pins_.at(index) = pin; }
 

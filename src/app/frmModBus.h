@@ -38,7 +38,7 @@ class frmModBus : public Form {
     Label sbStatusBar_2{"sbStatusBar_2"};
     Label sbStatusBar_3{"sbStatusBar_3"};
 
-    Timer Timer2{"Timer2"};
+    Timer Timer2;
 
     Box layout() override { return stretch(); }
     void load() override;

@@ -9,6 +9,8 @@ namespace vek {
 
 namespace {
 
+constexpr std::string_view deviceFault = "35FDE 129";
+
 /// The first row whose mark the reply contains decides; without `text` the field stays as it is.
 struct Rule {
     std::string_view mark;
@@ -21,9 +23,9 @@ constexpr auto unitRules = std::to_array<Rule>({
     {"%", "%"},
     {"nF", "nF"},
     {"uF", "µF"},
-    {"no 0", ""},
+    {kdlNoAlarm, ""},
     {"dig", ""},
-    {"35FDE 129", ""},
+    {deviceFault, ""},
     {"31ANZ 101", ""},
     {"31AER 102", ""},
 });
@@ -35,10 +37,10 @@ constexpr auto nameRules = std::to_array<Rule>({
     {"Ze", "Impedanz"},
     {"FL", "Fehlerort"},
     {"Ce", "Netzableitkapazität"},
-    {"peak 0", "Netzableitkapazität"},
+    {kdlPeak, "Netzableitkapazität"},
     {"dig", "Aktualisierungszähler"},
-    {"no 0", ""},
-    {"35FDE 129", "Interner Gerätefehler"},
+    {kdlNoAlarm, ""},
+    {deviceFault, "Interner Gerätefehler"},
     {"31ANZ 101", "Anschlußfehler Netz"},
     {"31AER 102", "Anschlußfehler Erde"},
     {"n=/TE", std::nullopt},
@@ -46,7 +48,6 @@ constexpr auto nameRules = std::to_array<Rule>({
     {"U", "Spannung"},
 });
 
-constexpr std::string_view deviceFault = "35FDE 129";
 constexpr std::array<std::string_view, 3> tenthsMarks = {"Uo/dV", "Uu/dV", "U/dV"};
 constexpr std::string_view negativeMark = "FL-";
 

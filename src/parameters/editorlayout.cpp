@@ -5,6 +5,7 @@
 #include "parameters/parameterorders.h"
 #include "parameters/parametertypes.h"
 #include "parameters/typeset.h"
+#include "platform/numberlocale.h"
 
 namespace vek {
 
@@ -144,7 +145,7 @@ void applyTypeLayout(ParameterControls& controls, std::uint8_t deviceType) {
     controls.opt50Hz_1uF.caption = captions.first;
     controls.opt60Hz_10uF.caption = captions.second;
     for (TextBox C::*box : thresholdBoxes) {
-        (controls.*box).text = noParameterText;
+        (controls.*box).text = noValueText;
     }
 }
 

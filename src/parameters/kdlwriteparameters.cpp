@@ -12,6 +12,7 @@
 #include "parameters/kdlparametervalue.h"
 #include "parameters/parametercodes.h"
 #include "platform/leadingnumber.h"
+#include "platform/trimmed.h"
 
 namespace vek {
 
@@ -127,8 +128,7 @@ bool writeImpedanceMeasurement(const Writing& writing) {
 
 /// The address as the link can take it: up to three digits between blanks; empty for any other text.
 std::string_view addressDigits(std::string_view text) {
-    const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
-    const std::string_view digits = text.substr(first, text.find_last_not_of(' ') + 1 - first);
+    const std::string_view digits = trimmed(text);
     constexpr std::size_t longestAddress = 3;
     const bool valid =
         digits.size() <= longestAddress && digits.find_first_not_of("0123456789") == std::string_view::npos;

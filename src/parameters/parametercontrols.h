@@ -5,7 +5,6 @@
 #include <string>
 
 #include "platform/controls.h"
-#include "platform/numberlocale.h"
 
 namespace vek {
 
@@ -163,8 +162,5 @@ struct ParameterControls {
     ProgressBar prgFortschritt{"prgFortschritt"};  ///< parameters done of the last reading or writing
     Label lblHerkunft{"lblHerkunft"};              ///< where the values come from
 };
-
-/// A text box without a value: the device lacks the parameter, or does not use it at present.
-inline constexpr const char* noParameterText = noValueText;
 
 }  // namespace vek

@@ -11,6 +11,7 @@
 #include "parameters/knownparameters.h"
 #include "parameters/parameterorders.h"
 #include "parameters/parametertypes.h"
+#include "platform/numberlocale.h"
 #include "platform/profiletext.h"
 #include "platform/textcodec.h"
 #include "program/IOatINI.h"
@@ -115,7 +116,7 @@ bool loadEntry(C& controls, const FileEntry& entry, const std::string& value) {
     if (TextBox* const* box = std::get_if<TextBox*>(&entry.control)) {
         (*box)->text = value;
         (*box)->unknown = false;
-        return leadingTextNumber(value) || value == noParameterText || value == kdlOffText;
+        return leadingTextNumber(value) || value == noValueText || value == kdlOffText;
     }
     if (CheckBox* const* flag = std::get_if<CheckBox*>(&entry.control)) {
         const std::optional<bool> set = flagValue(value);

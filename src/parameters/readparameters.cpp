@@ -76,7 +76,7 @@ bool prepareThreshold(C& controls, ParameterField field) {
     box.enabled = true;
     (warning ? controls.lblZWarnung : controls.lblZAlarm).enabled = true;
     if (!controls.chkZe.value && !controls.chkZe.unknown) {
-        box.text = noParameterText;
+        box.text = noValueText;
     }
     return controls.chkZe.value;
 }

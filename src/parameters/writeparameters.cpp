@@ -9,6 +9,7 @@
 #include "parameters/parametercodes.h"
 #include "parameters/readparameters.h"
 #include "platform/leadingnumber.h"
+#include "platform/numberlocale.h"
 
 namespace vek {
 
@@ -50,7 +51,7 @@ bool writeNumber(const Writing& writing, const NumberParameter& number) {
 
 /// A threshold that the editor has not shown yet, now that the measurement is on.
 void fetchThreshold(const Writing& writing, ParameterField field, TextBox& box, Label& label) {
-    if (box.text.get() == noParameterText) {
+    if (box.text.get() == noValueText) {
         box.enabled = true;
         label.enabled = true;
         showReadNumber(box, MbReadRegisters(writing.program,
@@ -68,8 +69,8 @@ bool writeImpedanceSwitch(const Writing& writing) {
         fetchThreshold(writing, ParameterField::ZWarnung, controls.txtZWarnung, controls.lblZWarnung);
         fetchThreshold(writing, ParameterField::ZAlarm, controls.txtZAlarm, controls.lblZAlarm);
     } else {
-        controls.txtZWarnung.text = noParameterText;
-        controls.txtZAlarm.text = noParameterText;
+        controls.txtZWarnung.text = noValueText;
+        controls.txtZAlarm.text = noValueText;
     }
     return true;
 }

@@ -224,11 +224,6 @@ struct StatusBar : Control {
 
 /// Ticks every `interval` milliseconds while it is enabled. It has no picture.
 struct Timer {
-    explicit Timer(std::string timerName) : name(std::move(timerName)) {}
-    Timer(const Timer&) = delete;
-    Timer& operator=(const Timer&) = delete;
-
-    const std::string name;
     Property<int> interval{0};
     Property<bool> enabled{false};
     std::function<void()> tick;

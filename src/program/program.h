@@ -113,8 +113,8 @@ struct Program {
     Folders& folders;
     const NumberLocale locale;
     LogStore terminalLog;
-    Timer Timer1{"Timer1"};    ///< one-shot, of the pause before a KDL request; lives on the main window
-    Timer TimeOut{"TimeOut"};  ///< one-shot, of the wait for a KDL reply; lives on the main window
+    Timer Timer1;   ///< one-shot, of the pause before a KDL request; lives on the main window
+    Timer TimeOut;  ///< one-shot, of the wait for a KDL reply; lives on the main window
     Shell shell;
     Windows windows;  ///< last, so that the windows go before what they use
 
