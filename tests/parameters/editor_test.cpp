@@ -27,6 +27,16 @@ TEST(Editor, LetsTheUserActWhileItReads) {
     }
 }
 
+TEST(Editor, TellsHowFarItsFirstReadingIsInTheMainWindow) {
+    EditorBench bench(3, false);
+    Texts told;
+    bench.test.desktop.onEvents = [&] { told.push_back(bench.test.program.shell.activity); };
+    bench.editor();
+    EXPECT_EQ(told.front(), "Parameter werden gelesen: 0 von 21") << "before the first register is asked for";
+    EXPECT_EQ(told.back(), "Parameter werden gelesen: 20 von 21");
+    EXPECT_EQ(bench.test.program.shell.activity.get(), "");
+}
+
 /// Whoever closes the window, presses again or goes on typing meanwhile leaves no half set behind.
 TEST(Editor, FinishesTheSetBeforeItHearsTheUser) {
     for (const bool kdl : {false, true}) {
