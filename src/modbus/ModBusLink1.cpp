@@ -74,7 +74,7 @@ Bytes transact(Program& program, const Bytes& request) {
     const Bytes received = collectReply(program, request);
     program.terminalLog.append(LogColor::Red, LogForm::Hex, received);
     program.lateReply.replied(!received.empty());
-    const Bytes reply = withoutEcho(request, received);
+    Bytes reply = withoutEcho(request, received);
     switch (parseReply(request, reply, false)) {
         case ReplyKind::Data:
             return reply;

@@ -33,8 +33,12 @@ void Windows::closeAll() {
 }
 
 void Windows::keepInput() {
-    for (std::size_t index = 0; index < open_.size(); ++index) {  // a message may let one close meanwhile
-        open_[index]->keepInput();
+    std::vector<Form*> forms;  // a message may let one close meanwhile, which lives until collect()
+    for (const auto& open : open_) {
+        forms.push_back(open.get());
+    }
+    for (Form* form : forms) {
+        form->keepInput();
     }
 }
 
