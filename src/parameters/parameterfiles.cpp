@@ -209,7 +209,7 @@ std::optional<std::string> chosenFile(Program& program, const FileDialog& Common
 /// Tells the user when the file is not one of the connected device.
 bool belongsToDevice(Program& program, const ProfileSnapshot& file) {
     const std::string name = file.value(nameKey, nameSection);
-    if (!name.empty() && name == nameInFile(program.DeviceName)) {
+    if (!name.empty() && (name == program.DeviceName || name == nameInFile(program.DeviceName))) {
         return true;
     }
     showError(program, "Parameter-Datei (" + withoutControls(name) +
