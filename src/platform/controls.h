@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "platform/color.h"
@@ -183,6 +184,11 @@ struct Log : Control {
     LogStore& store;
     Property<int> height{0};  ///< twips; 0 = as the layout gives
 };
+
+/// A control that has a place inside a window, of any of their kinds. A front end that draws one kind less
+/// does not compile.
+using PlacedControl = std::variant<Label*, TextBox*, Button*, CheckBox*, OptionButton*, ComboBox*, Frame*,
+                                   Slider*, ProgressBar*, Shape*, Picture*, Log*>;
 
 struct MenuItem : Control {
     MenuItem(std::string controlName, std::string text, char key = 0)

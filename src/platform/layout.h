@@ -1,5 +1,6 @@
 #pragma once
 
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -20,11 +21,14 @@ struct Box {
         Gap,      ///< a small fixed space
     };
 
-    Box(Control& cell) : control(&cell) {}  // NOLINT: a control stands for its own cell in a list of parts
+    /// A control stands for its own cell in a list of parts.
+    template <class Kind>
+    requires std::is_constructible_v<PlacedControl, Kind*> Box(Kind& cell)
+        : control(&cell) {}  // NOLINT: see above
     Box(Kind boxKind, std::vector<Box> boxParts) : kind(boxKind), parts(std::move(boxParts)) {}
 
     Kind kind = Kind::Cell;
-    Control* control = nullptr;
+    PlacedControl control;  ///< of a cell or a frame, else null
     std::vector<Box> parts;
     int columns = 1;
     std::vector<int> stretchColumns;  ///< of a grid: columns that take the space left over

@@ -15,9 +15,7 @@ sim::LineOptions lineOf(int type, bool kdl) {
 
 template <class Do>
 void eachControl(const Box& box, const Do& act) {
-    if (box.control != nullptr) {
-        act(*box.control);
-    }
+    std::visit([&](auto* control) { control != nullptr ? act(*control) : void(); }, box.control);
     for (const Box& part : box.parts) {
         eachControl(part, act);
     }

@@ -96,7 +96,7 @@ void setBackground(QLabel& label, const std::optional<Color>& color) {
     label.setPalette(palette);
 }
 
-QWidget* makeLabel(Label& control, QWidget& parent, Links& links) {
+QWidget* makeView(Label& control, QWidget& parent, Links& links) {
     auto* label = new TextLabel(control.minimumCharacters, &parent);
     label->setTextFormat(Qt::PlainText);
     label->setAlignment(alignmentOf(control.align));
@@ -119,7 +119,7 @@ void markRefused(QWidget& field, bool refused) {
     field.setPalette(palette);
 }
 
-QWidget* makeTextBox(TextBox& control, QWidget& parent, Links& links) {
+QWidget* makeView(TextBox& control, QWidget& parent, Links& links) {
     auto* edit = new Field(control.minimumCharacters, &parent);
     links.show(control.text, [edit](const std::string& text) {
         if (edit->text() != toQt(text)) {
@@ -141,7 +141,7 @@ void showCaption(Property<std::string>& caption, char letter, QAbstractButton& b
     });
 }
 
-QWidget* makeButton(Button& control, QWidget& parent, Links& links) {
+QWidget* makeView(Button& control, QWidget& parent, Links& links) {
     auto* button = new QPushButton(&parent);
     button->setAutoDefault(true);  // Enter presses the button that has the focus
     showCaption(control.caption, control.mnemonic, *button, links);
@@ -149,7 +149,7 @@ QWidget* makeButton(Button& control, QWidget& parent, Links& links) {
     return button;
 }
 
-QWidget* makeCheckBox(CheckBox& control, QWidget& parent, Links& links) {
+QWidget* makeView(CheckBox& control, QWidget& parent, Links& links) {
     auto* box = new QCheckBox(&parent);
     showCaption(control.caption, control.mnemonic, *box, links);
     const auto draw = [box, &control](bool /*changed*/) {
@@ -168,7 +168,7 @@ QWidget* makeCheckBox(CheckBox& control, QWidget& parent, Links& links) {
     return box;
 }
 
-QWidget* makeOption(OptionButton& control, QWidget& parent, Links& links) {
+QWidget* makeView(OptionButton& control, QWidget& parent, Links& links) {
     auto* radio = new OptionRadio(control, parent);
     showCaption(control.caption, 0, *radio, links);
     links.show(control.value, [radio](bool set) {
@@ -193,7 +193,7 @@ void fill(QComboBox& box, const std::vector<std::string>& items) {
     box.setEditText(typed);
 }
 
-QWidget* makeComboBox(ComboBox& control, QWidget& parent, Links& links) {
+QWidget* makeView(ComboBox& control, QWidget& parent, Links& links) {
     auto* box = new QComboBox(&parent);
     box->setEditable(true);
     box->setInsertPolicy(QComboBox::NoInsert);
@@ -227,13 +227,13 @@ QWidget* makeComboBox(ComboBox& control, QWidget& parent, Links& links) {
     return box;
 }
 
-QWidget* makeFrame(Frame& control, QWidget& parent, Links& links) {
+QWidget* makeView(Frame& control, QWidget& parent, Links& links) {
     auto* group = new QGroupBox(&parent);
     links.show(control.caption, [group](const std::string& text) { group->setTitle(captionText(text)); });
     return group;
 }
 
-QWidget* makeSlider(Slider& control, QWidget& parent, Links& links) {
+QWidget* makeView(Slider& control, QWidget& parent, Links& links) {
     auto* slider = new PositionBar(&parent);
     slider->setRange(control.minimum, control.maximum);
     slider->setTickInterval((control.maximum - control.minimum) / PositionBar::tickSpaces);
@@ -242,7 +242,7 @@ QWidget* makeSlider(Slider& control, QWidget& parent, Links& links) {
 }
 
 /// The toolkit's bar paints at once, also while no events are handled.
-QWidget* makeProgressBar(ProgressBar& control, QWidget& parent, Links& links) {
+QWidget* makeView(ProgressBar& control, QWidget& parent, Links& links) {
     auto* bar = new QProgressBar(&parent);
     links.show(control.total, [bar](int total) {
         bar->setTextVisible(total > 0);
@@ -260,38 +260,22 @@ QWidget* makeProgressBar(ProgressBar& control, QWidget& parent, Links& links) {
     return bar;
 }
 
-QWidget* makeShape(Shape& control, QWidget& parent, Links& links) {
+QWidget* makeView(Shape& control, QWidget& parent, Links& links) {
     auto* lamp = new Lamp(&parent);
     links.show(control.fillColor,
                [lamp](const Color& color) { lamp->setColor(QColor(color.red, color.green, color.blue)); });
     return lamp;
 }
 
-QWidget* makePicture(Picture& /*control*/, QWidget& parent, Links& /*links*/) {
+QWidget* makeView(Picture& /*control*/, QWidget& parent, Links& /*links*/) {
     return new ProgramPicture(&parent);
 }
 
-QWidget* makeLog(Log& control, QWidget& parent, Links& links) {
+QWidget* makeView(Log& control, QWidget& parent, Links& links) {
     auto* view = new LogView(control.store, &parent);
     links.show(control.height, [view](int twips) { view->setWantedHeight(pixelsFromTwips(twips)); });
     return view;
 }
-
-using Maker = QWidget* (*)(Control& control, QWidget& parent, Links& links);
-
-/// Null when the control is of another kind.
-template <class Kind, QWidget* (*make)(Kind&, QWidget&, Links&)>
-QWidget* attempt(Control& control, QWidget& parent, Links& links) {
-    auto* const kind = dynamic_cast<Kind*>(&control);
-    return kind == nullptr ? nullptr : make(*kind, parent, links);
-}
-
-constexpr Maker makers[] = {
-    attempt<Label, makeLabel>,       attempt<TextBox, makeTextBox>,     attempt<Button, makeButton>,
-    attempt<CheckBox, makeCheckBox>, attempt<OptionButton, makeOption>, attempt<ComboBox, makeComboBox>,
-    attempt<Frame, makeFrame>,       attempt<Slider, makeSlider>,       attempt<ProgressBar, makeProgressBar>,
-    attempt<Shape, makeShape>,       attempt<Picture, makePicture>,     attempt<Log, makeLog>,
-};
 
 }  // namespace
 
@@ -302,14 +286,14 @@ void bindCommon(Control& control, QWidget& widget, Links& links) {
     links.show(control.toolTip, [&widget](const std::string& text) { widget.setToolTip(toQt(text)); });
 }
 
-QWidget* makeControlView(Control& control, QWidget& parent, Links& links) {
-    for (const Maker make : makers) {
-        if (QWidget* widget = make(control, parent, links)) {
-            bindCommon(control, *widget, links);
-            return widget;
-        }
-    }
-    return nullptr;
+QWidget* makeControlView(PlacedControl control, QWidget& parent, Links& links) {
+    return std::visit(
+        [&](auto* kind) {
+            QWidget* const view = makeView(*kind, parent, links);
+            bindCommon(*kind, *view, links);
+            return view;
+        },
+        control);
 }
 
 }  // namespace vek

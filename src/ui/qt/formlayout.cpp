@@ -114,7 +114,7 @@ void addStretchBelow(QBoxLayout& layout) {
 }
 
 Builder::Item Builder::framed(const Box& box, QWidget& parent) {
-    QWidget* const group = makeControlView(*box.control, parent, links_);
+    QWidget* const group = makeControlView(box.control, parent, links_);
     auto* const layout = new QVBoxLayout(group);
     layout->setContentsMargins(frameMargin, frameMarginAbove, frameMargin, frameMarginAbove);
     for (const Box& part : box.parts) {
@@ -127,7 +127,7 @@ Builder::Item Builder::framed(const Box& box, QWidget& parent) {
 Builder::Item Builder::make(const Box& box, QWidget& parent) {
     switch (box.kind) {
         case Box::Kind::Cell:
-            return {makeControlView(*box.control, parent, links_), nullptr, nullptr};
+            return {makeControlView(box.control, parent, links_), nullptr, nullptr};
         case Box::Kind::Row:
             return line(box, parent, QBoxLayout::LeftToRight);
         case Box::Kind::Column:

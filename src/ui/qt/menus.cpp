@@ -132,7 +132,7 @@ void makeStatusBar(StatusBar& control, QMainWindow& window, Links& links) {
     QStatusBar& bar = *window.statusBar();
     bar.setSizeGripEnabled(true);
     for (Label* panel : control.panels) {
-        QWidget* const view = makeControlView(*panel, bar, links);
+        QWidget* const view = makeControlView(panel, bar, links);
         view->setContentsMargins(panelMargin, 0, panelMargin, 0);
         bar.addWidget(view);
     }
