@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/posix/posixprofilefiles.h"
+#include "platform/diskprofilefiles.h"
 #include "platform/temporaryfolder.h"
 #include "report.h"
 #include "samples.h"
@@ -65,7 +65,7 @@ class Editor {
     FakeFormHost host_;
     FakeSerial serial_{clock_};
     FakeFolders folders_;
-    PosixProfileFiles profileFiles_;
+    DiskProfileFiles profileFiles_;
     Program program_{{desktop_, host_, serial_, profileFiles_, folders_, {}}};
     ParameterControls controls_;
 };

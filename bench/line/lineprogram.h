@@ -8,11 +8,12 @@
 #include <vector>
 
 #include "platform/form.h"
-#include "platform/posix/posixserial.h"
+#include "platform/posix/posixline.h"
+#include "platform/serialport.h"
+#include "program/dispatcher.h"
 #include "program/program.h"
 #include "support/fakedesktop.h"
 #include "support/fakefiles.h"
-#include "ui/qt/dispatcher.h"
 #include "ui/qt/formview.h"
 #include "ui/qt/links.h"
 #include "ui/qt/qtdesktop.h"
@@ -42,7 +43,7 @@ class LineDesktop final : public QtDesktop {
 class LineProgram {
   public:
     LineProgram(const std::string& dataFolder, int baudRate, const std::string& frameFormat)
-        : serial(dataFolder) {
+        : serial(std::make_unique<PosixLine>(dataFolder)) {
         program.ComPort = 1;
         program.BaudRate = baudRate;
         program.FrameFormat = frameFormat;
@@ -67,13 +68,13 @@ class LineProgram {
     std::string name_ = "bench";
     char* arguments_ = name_.data();
     QCoreApplication application_{argumentCount_, &arguments_};
-    Dispatcher dispatcher_;
+    Dispatcher dispatcher_{QCoreApplication::quit};
     FakeFormHost host_;
     FakeProfileFiles profileFiles_;
     FakeFolders folders_;
 
   public:
-    PosixSerial serial;
+    SerialPort serial;
     LineDesktop desktop{dispatcher_};
     Program program{{desktop, host_, serial, profileFiles_, folders_, {}}};
 

@@ -4,8 +4,8 @@
 #include <array>
 
 #include "app/portstatus.h"
-#include "modbus/ModBusLink1.h"
 #include "platform/serialsettings.h"
+#include "program/port.h"
 #include "program/settings.h"
 
 namespace vek {
@@ -41,9 +41,7 @@ std::string reasonText(PortError error, const PortInfo& port) {
         case PortError::InUse:
             return "von einem anderen Programm belegt";
         case PortError::NotPermitted:
-            return port.group.empty()
-                       ? "keine Berechtigung"
-                       : "keine Berechtigung (nur für Mitglieder der Gruppe " + port.group + ")";
+            return "keine Berechtigung" + (port.permitted.empty() ? "" : " (" + port.permitted + ")");
         case PortError::SettingsRefused:
             return "nimmt die Einstellungen nicht an";
         case PortError::Failed:
@@ -54,7 +52,7 @@ std::string reasonText(PortError error, const PortInfo& port) {
 
 std::string portToolTip(PortError error, const PortInfo& port) {
     const std::string reason = reasonText(error, port);
-    return reason.empty() ? port.devicePath : port.devicePath + ": " + reason;
+    return reason.empty() ? port.device : port.device + ": " + reason;
 }
 
 /// A number as it stands in the settings file: with a blank in place of a sign.

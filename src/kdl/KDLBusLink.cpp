@@ -33,18 +33,12 @@ void logText(Program& program, LogColor color, std::string_view text) {
     }
 }
 
-/// Bytes that nobody has fetched from the system would end every wait at once; the port keeps them for later.
-void waitForEvents(Program& program, TimePoint until = TimePoint::max()) {
-    program.RS485.receivedCount();
-    program.desktop.waitForEvents(until);
-}
-
 /// Ends also when the line stands still, as it does when the adapter has been pulled out.
 void waitUntilSent(Program& program) {
     const TimePoint limit = program.desktop.now() + sendLimit;
     program.desktop.processEvents();
     while (program.RS485.sendQueueCount() > 0 && program.desktop.now() < limit) {
-        waitForEvents(program, program.desktop.now() + sendQueueLook);
+        program.desktop.waitForEvents(program.desktop.now() + sendQueueLook);
     }
 }
 
@@ -80,7 +74,7 @@ void discardLateReply(Program& program) {
     LateReply& awaited = program.lateReply;
     Bytes late = program.RS485.readInput();
     while (program.desktop.now() < awaited.limit && !late.ends_with(kdlLineEnd)) {
-        waitForEvents(program, awaited.limit);
+        program.desktop.waitForEvents(awaited.limit);
         late += program.RS485.readInput();
     }
     awaited.waited(!late.empty());
@@ -154,7 +148,7 @@ void DelayMs(Program& program, int milliseconds) {
     program.DelayElapsed = false;
     startTimer(program.Timer1, milliseconds);
     while (!program.DelayElapsed) {
-        waitForEvents(program);
+        program.desktop.waitForEvents();
     }
 }
 

@@ -28,8 +28,8 @@ constexpr std::array<TrailerRow, 5> trailerRows = {{
 }};
 
 std::string trailer(int checksum) {
-    const auto* const row = std::find_if(trailerRows.begin(), trailerRows.end(),
-                                         [&](const TrailerRow& each) { return checksum <= each.last; });
+    const auto row = std::find_if(trailerRows.begin(), trailerRows.end(),
+                                  [&](const TrailerRow& each) { return checksum <= each.last; });
     return row->fixed + std::string(1, static_cast<char>(checksum + row->offset));
 }
 

@@ -13,12 +13,6 @@ constexpr Milliseconds replyTimeOut{1000};
 constexpr Milliseconds longestDelay{500};  // of a reply that has missed its time
 constexpr Milliseconds longestGap{50};     // between the bytes of one reply
 
-void discardInput(SerialControl& port) {
-    while (port.receivedCount() > 0) {
-        port.readInput();
-    }
-}
-
 /// What an adapter returns that hears its own sending stands in front of the reply.
 Bytes withoutEcho(const Bytes& request, const Bytes& reply) {
     return reply.starts_with(request) ? reply.substr(request.size()) : reply;
@@ -63,7 +57,9 @@ void discardLateReply(Program& program) {
         }
     }
     awaited.limit = {};
-    discardInput(port);
+    while (port.receivedCount() > 0) {
+        port.readInput();
+    }
 }
 
 Bytes transact(Program& program, const Bytes& request) {
@@ -105,16 +101,6 @@ void OpenPort(Program& program) {
 
 void ClosePort(Program& program) {
     program.RS485.close();
-}
-
-bool PortExists(Program& program, int n, PortError& error) {
-    SerialControl& port = program.RS485;
-    error = port.isOpen() ? PortError::InUse : PortError::NotThere;
-    if (port.setPortNumber(n)) {
-        error = port.open();
-        port.close();
-    }
-    return error == PortError::None;
 }
 
 Bytes SendReadRequest(Program& program, std::uint8_t slave, std::uint16_t startRegister,

@@ -18,9 +18,6 @@ void OpenPort(Program& program);
 /// Closes the port; does nothing on a closed one.
 void ClosePort(Program& program);
 
-/// Whether port n (1 to 16) can be opened, which is tried; `error` says why not.
-bool PortExists(Program& program, int n, PortError& error);
-
 /// One read transaction (function 03). The whole reply frame, "CRC_TIMEOUT", or "EXCEP_" with the exception
 /// code.
 Bytes SendReadRequest(Program& program, std::uint8_t slave, std::uint16_t startRegister, std::uint16_t count);

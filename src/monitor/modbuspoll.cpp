@@ -111,7 +111,6 @@ void leaveTimeForStop(Program& program, const MonitorForm& monitor) {
     constexpr Milliseconds pause{500};
     const TimePoint end = program.desktop.now() + pause;
     while (program.desktop.now() < end && !isGivenUp(program, monitor)) {
-        program.RS485.receivedCount();  // bytes that nobody has fetched would end the wait at once
         program.desktop.waitForEvents(end);
     }
 }

@@ -49,7 +49,7 @@ constexpr SituationRow unknownSituation = {colors::grey, colors::grey, Situation
                                            colors::grey};
 
 const SituationRow& situationOf(const StringValues& values) {
-    const auto* found = std::find_if(situations.begin(), situations.end(), [&](const SituationRow& row) {
+    const auto found = std::find_if(situations.begin(), situations.end(), [&](const SituationRow& row) {
         return row.stringIndicator == values.stringIndicator && row.plusIndicator == values.plusIndicator;
     });
     return found == situations.end() ? unknownSituation : *found;

@@ -51,9 +51,9 @@ constexpr std::array<OptionalParameter, 5> optionalParameters = {{
 }};
 
 const OptionalParameter* optionalParameter(ParameterField field) {
-    const auto* const found = std::find_if(optionalParameters.begin(), optionalParameters.end(),
-                                           [&](const OptionalParameter& row) { return row.field == field; });
-    return found == optionalParameters.end() ? nullptr : found;
+    const auto found = std::find_if(optionalParameters.begin(), optionalParameters.end(),
+                                    [&](const OptionalParameter& row) { return row.field == field; });
+    return found == optionalParameters.end() ? nullptr : &*found;
 }
 
 bool showReply(Program& program, C& controls, const ParameterRow& row, const Bytes& reply) {

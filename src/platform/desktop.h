@@ -50,7 +50,7 @@ class Desktop {
     virtual void processEvents() = 0;
 
     /// Handles the events that wait; when there is none, sleeps until there is one, until bytes arrive on the
-    /// line, or until that time.
+    /// line that nobody has taken yet, or until that time. The line keeps them for its readInput().
     virtual void waitForEvents(TimePoint until = TimePoint::max()) = 0;
 
     /// While held, processEvents() and waitForEvents() leave keys, mouse and window buttons for later;

@@ -1,17 +1,17 @@
-#include "platform/posix/posixprofilefiles.h"
+#include "platform/diskprofilefiles.h"
 
-#include "platform/posix/atomicfile.h"
 #include "platform/profiletext.h"
+#include "platform/seams/atomicfile.h"
 
 namespace vek {
 
-std::string PosixProfileFiles::text(const std::string& path) {
+std::string DiskProfileFiles::text(const std::string& path) {
     std::string file;
     readRegularFile(path, file);
     return file;
 }
 
-bool PosixProfileFiles::write(const std::string& path, const std::vector<ProfileEntry>& entries) {
+bool DiskProfileFiles::write(const std::string& path, const std::vector<ProfileEntry>& entries) {
     std::string file;
     if (readRegularFile(path, file) == FileRead::Refused) {
         return false;

@@ -6,7 +6,7 @@ namespace vek {
 
 /// Profile files on disk. Links are followed; pipes, devices and folders are refused without blocking. What
 /// the program does not read or write stays untouched, permissions included.
-class PosixProfileFiles final : public ProfileFiles {
+class DiskProfileFiles final : public ProfileFiles {
   public:
     std::string text(const std::string& path) override;
     bool write(const std::string& path, const std::vector<ProfileEntry>& entries) override;

@@ -1,11 +1,13 @@
-#include "ui/qt/dispatcher.h"
+#include "program/dispatcher.h"
 
-#include <QApplication>
-#include <QWidget>
-
-#include "platform/desktop.h"
+#include "program/program.h"
 
 namespace vek {
+
+void Dispatcher::serve(Program& program) {
+    onEnd = [&program] { program.RS485.close(); };
+    onIdle = [&program] { program.windows.collect(); };
+}
 
 void Dispatcher::run(const std::function<void()>& call) noexcept {
     if (ending_) {
@@ -37,11 +39,7 @@ void Dispatcher::end() {
     if (onEnd) {
         onEnd();
     }
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget* window : windows) {
-        window->hide();
-    }
-    QCoreApplication::exit(0);
+    leave_();
 }
 
 }  // namespace vek

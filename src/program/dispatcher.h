@@ -1,13 +1,22 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
 namespace vek {
+
+struct Program;
 
 /// The single door from the front end into the program's code: every handler, tick and property change that
 /// comes from the user goes through run(), and the end of the program comes out here.
 class Dispatcher {
   public:
+    /// `leave` hides the windows and has the front end's event loop end.
+    explicit Dispatcher(std::function<void()> leave) : leave_(std::move(leave)) {}
+
+    /// Has the program end with its line closed, and destroys the windows that its handlers have closed.
+    void serve(Program& program);
+
     /// Runs once when the program ends, before anything else happens: closes the line. Must not throw.
     std::function<void()> onEnd;
 
@@ -30,6 +39,7 @@ class Dispatcher {
   private:
     void end();
 
+    std::function<void()> leave_;
     int depth_ = 0;
     bool ending_ = false;
 };

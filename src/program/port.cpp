@@ -19,6 +19,16 @@ bool selectConfiguredPort(Program& program) {
     return program.RS485.setSettings(std::to_string(baudRate) + program.FrameFormat);
 }
 
+bool PortExists(Program& program, int n, PortError& error) {
+    SerialControl& port = program.RS485;
+    error = port.isOpen() ? PortError::InUse : PortError::NotThere;
+    if (port.setPortNumber(n)) {
+        error = port.open();
+        port.close();
+    }
+    return error == PortError::None;
+}
+
 void showPortMissing(Program& program) {
     program.ask({"Schnittstelle nicht vorhanden", "Fehler", MessageIcon::None, MessageButtons::OkCancel});
 }

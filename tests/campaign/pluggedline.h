@@ -7,8 +7,9 @@
 #include <string_view>
 #include <thread>
 
-#include "platform/posix/posixserial.h"
+#include "platform/posix/posixline.h"
 #include "platform/pseudoterminal.h"
+#include "platform/serialport.h"
 #include "platform/temporaryfolder.h"
 #include "simulator/line.h"
 #include "support/fakeclock.h"
@@ -18,10 +19,10 @@ namespace vek {
 /// A real serial port at a real pseudo-terminal, COM3, with a simulated device behind it that answers before
 /// the write returns. The program's time is the fake clock's: a line that is gone costs it the whole time
 /// limit, but the test only a moment.
-class PluggedLine final : public PosixSerial {
+class PluggedLine final : public SerialPort {
   public:
     explicit PluggedLine(const TemporaryFolder& data)
-        : PosixSerial(data.path()), link_(data.file("ports/com3")) {
+        : SerialPort(std::make_unique<PosixLine>(data.path())), link_(data.file("ports/com3")) {
         std::filesystem::create_directory(data.path() / "ports");
         plugIn();
     }
@@ -50,7 +51,7 @@ class PluggedLine final : public PosixSerial {
 
     void writeOutput(std::string_view bytes) override {
         onWrite(bytes);
-        PosixSerial::writeOutput(bytes);
+        SerialPort::writeOutput(bytes);
         if (isPluggedIn() && isOpen()) {
             const Bytes reply = replyTo(terminal_->take(bytes.size()));
             send(reply.substr(0, reply.size() / 2));
@@ -60,14 +61,14 @@ class PluggedLine final : public PosixSerial {
     }
 
     Bytes readInput() override {
-        const Bytes bytes = PosixSerial::readInput();
+        const Bytes bytes = SerialPort::readInput();
         bytes.empty() ? void() : onRead(bytes);
         return bytes;
     }
 
     bool waitReceived(std::size_t count, TimePoint deadline) override {
         constexpr Milliseconds moment{1};
-        const bool received = PosixSerial::waitReceived(count, Clock::now() + moment);
+        const bool received = SerialPort::waitReceived(count, Clock::now() + moment);
         received ? void() : clock->advanceTo(deadline);
         return received;
     }

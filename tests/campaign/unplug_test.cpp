@@ -23,9 +23,6 @@ void usePlugged(std::uint32_t seed, bool kdl, std::size_t pulledAt, bool beforeI
     use.requests = 45;
     line.clock = &use.bench.test.clock;
     line.device = &use.bench.peer.line;
-    use.bench.test.desktop.nextInput = [&] {
-        return line.receivedCount() > 0 ? std::optional(line.clock->now()) : std::nullopt;
-    };
     std::vector<Exchange> exchanges;
     line.onWrite = [&](std::string_view frame) {
         use.look(frame);

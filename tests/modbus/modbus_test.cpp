@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "modbus/ModBus.h"
+#include "program/port.h"
 #include "support/conversation.h"
 
 namespace vek {

@@ -1,4 +1,4 @@
-#include "platform/posix/posixprofilefiles.h"
+#include "platform/diskprofilefiles.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 const std::vector<ProfileEntry> port{{"RS485", "COM", "0"}, {"RS485", "BAUD", "0"}};
 constexpr const char* portText = "[RS485]\r\nCOM=0\r\nBAUD=0\r\n";
 
-class PosixProfileFilesTest : public testing::Test {
+class DiskProfileFilesTest : public testing::Test {
   protected:
     std::size_t entryCount() const {
         return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.path()), {}));
@@ -35,10 +35,10 @@ class PosixProfileFilesTest : public testing::Test {
 
     TemporaryFolder folder;
     std::string path = folder.file("Einstellungen.ini");
-    PosixProfileFiles files;
+    DiskProfileFiles files;
 };
 
-TEST_F(PosixProfileFilesTest, KeepsPermissionsAndOwnerAndGivesNewFilesTheUsualOnes) {
+TEST_F(DiskProfileFilesTest, KeepsPermissionsAndOwnerAndGivesNewFilesTheUsualOnes) {
     putBytes(path, "");
     ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
     const bool given = ::chown(path.c_str(), 12345, 23456) == 0;
@@ -57,7 +57,7 @@ TEST_F(PosixProfileFilesTest, KeepsPermissionsAndOwnerAndGivesNewFilesTheUsualOn
     ::umask(mask);
 }
 
-TEST_F(PosixProfileFilesTest, FollowsLinksAndLeavesThem) {
+TEST_F(DiskProfileFilesTest, FollowsLinksAndLeavesThem) {
     fs::create_directory(folder.path() / "real");
     const std::string target = folder.file("real/target.ini");
     fs::create_symlink("real/hop.ini", path);
@@ -74,7 +74,7 @@ TEST_F(PosixProfileFilesTest, FollowsLinksAndLeavesThem) {
     EXPECT_FALSE(files.write(loop, port));
 }
 
-TEST_F(PosixProfileFilesTest, RefusesWhatIsNoRegularFile) {
+TEST_F(DiskProfileFilesTest, RefusesWhatIsNoRegularFile) {
     const std::string pipe = folder.file("pipe.ini");
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     fs::create_directory(path);
@@ -88,7 +88,7 @@ TEST_F(PosixProfileFilesTest, RefusesWhatIsNoRegularFile) {
     EXPECT_TRUE(fs::is_empty(path));
 }
 
-TEST_F(PosixProfileFilesTest, AFullDiskLeavesTheOldFileAndNoOther) {
+TEST_F(DiskProfileFilesTest, AFullDiskLeavesTheOldFileAndNoOther) {
     putBytes(path, "[RS485]\r\nCOM=5\r\n");
     // No file of this process may grow beyond 20 bytes for a moment.
     rlimit before{};
@@ -104,7 +104,7 @@ TEST_F(PosixProfileFilesTest, AFullDiskLeavesTheOldFileAndNoOther) {
     EXPECT_EQ(entryCount(), 1U);
 }
 
-TEST_F(PosixProfileFilesTest, AFolderOrFileThatMayNotBeWrittenKeepsTheOldBytes) {
+TEST_F(DiskProfileFilesTest, AFolderOrFileThatMayNotBeWrittenKeepsTheOldBytes) {
     putBytes(path, portText);
     const std::string readOnly = folder.file("nur-lesen.ini");
     putBytes(readOnly, portText);
@@ -128,13 +128,13 @@ TEST_F(PosixProfileFilesTest, AFolderOrFileThatMayNotBeWrittenKeepsTheOldBytes) 
     EXPECT_EQ(entryCount(), 2U);
 }
 
-TEST_F(PosixProfileFilesTest, AFileIsOnTheDiskBeforeItTakesTheOldOnesPlace) {
+TEST_F(DiskProfileFilesTest, AFileIsOnTheDiskBeforeItTakesTheOldOnesPlace) {
     systemCalls = {};
     EXPECT_TRUE(files.write(path, port));
     EXPECT_EQ(systemCalls.log, (std::vector<std::string>{"flush file", "rename", "flush folder"}));
 }
 
-TEST_F(PosixProfileFilesTest, AProgramKilledWhileItWritesLeavesTheOldFileOrTheNewOne) {
+TEST_F(DiskProfileFilesTest, AProgramKilledWhileItWritesLeavesTheOldFileOrTheNewOne) {
     const std::array<std::string, 2> values = {std::string(20'000, 'x'), std::string(30'000, 'y')};
     std::array<int, 2> found{};
     std::mt19937 random(1);

@@ -32,9 +32,9 @@ TEST(ComPorts, EachNumberHasItsDeviceUnlessALinkNamesAnother) {
         EXPECT_EQ(comDevicePath(data.path(), number), device);
     }
     EXPECT_EQ(comDevicePath("", 3), "/dev/ttyUSB2");
-    EXPECT_EQ(comPortInfo(data.path(), 3).group, "root");
-    EXPECT_EQ(comPortInfo(data.path(), 9).devicePath, "/dev/absent");
-    EXPECT_EQ(comPortInfo(data.path(), 9).group, "");
+    EXPECT_EQ(comPortInfo(data.path(), 3).permitted, "nur für Mitglieder der Gruppe root");
+    EXPECT_EQ(comPortInfo(data.path(), 9).device, "/dev/absent");
+    EXPECT_EQ(comPortInfo(data.path(), 9).permitted, "");
 }
 
 TEST(PosixFolders, PreferTheSharedFolderThenTheUsersChoiceThenHome) {

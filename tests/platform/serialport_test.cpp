@@ -1,4 +1,4 @@
-#include "platform/posix/posixserial.h"
+#include "platform/serialport.h"
 
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
@@ -8,6 +8,7 @@
 #include <ctime>
 #include <thread>
 
+#include "platform/posix/posixline.h"
 #include "platform/posix/ttysettings.h"
 #include "pseudoterminal.h"
 #include "systemcalls.h"
@@ -20,9 +21,9 @@ namespace fs = std::filesystem;
 
 using std::chrono::seconds;
 
-class PosixSerialTest : public testing::Test {
+class SerialPortTest : public testing::Test {
   protected:
-    PosixSerialTest() {
+    SerialPortTest() {
         fs::create_directory(data.path() / "ports");
         pointCom1To(line.path());
     }
@@ -42,7 +43,7 @@ class PosixSerialTest : public testing::Test {
 
     TemporaryFolder data;
     PseudoTerminal line;
-    PosixSerial serial{data.path()};
+    SerialPort serial{std::make_unique<PosixLine>(data.path())};
 };
 
 /// Processor time of the whole process since the object was made.
@@ -97,7 +98,7 @@ TEST(PortErrors, AreToldApartByTheirCure) {
     }
 }
 
-TEST_F(PosixSerialTest, EveryByteGoesBothWaysUnchanged) {
+TEST_F(SerialPortTest, EveryByteGoesBothWaysUnchanged) {
     std::string all;
     for (int byte = 0; byte < 256; ++byte) {
         all += static_cast<char>(byte);
@@ -123,9 +124,9 @@ TEST_F(PosixSerialTest, EveryByteGoesBothWaysUnchanged) {
     EXPECT_EQ(serial.readInput(), "");
 }
 
-TEST_F(PosixSerialTest, OnePortHasOneUserAndTheDriverIsGivenBackAsItWas) {
+TEST_F(SerialPortTest, OnePortHasOneUserAndTheDriverIsGivenBackAsItWas) {
     systemCalls = {.log = {}, .driverHasLowLatency = true};
-    PosixSerial other(data.path());
+    SerialPort other(std::make_unique<PosixLine>(data.path()));
     const FileDescriptor neighbour = line.openPort();
     ASSERT_EQ(serial.open(), PortError::None);
     EXPECT_EQ(serial.open(), PortError::InUse);
@@ -149,7 +150,7 @@ TEST_F(PosixSerialTest, OnePortHasOneUserAndTheDriverIsGivenBackAsItWas) {
     systemCalls = {};
 }
 
-TEST_F(PosixSerialTest, WhatIsNoSerialPortIsNotThere) {
+TEST_F(SerialPortTest, WhatIsNoSerialPortIsNotThere) {
     const std::string pipe = data.file("pipe");
     ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     putBytes(data.file("file"), "");
@@ -161,7 +162,7 @@ TEST_F(PosixSerialTest, WhatIsNoSerialPortIsNotThere) {
     }
 }
 
-TEST_F(PosixSerialTest, WaitsForTheByteThatCompletesTheCountOrForTheDeadline) {
+TEST_F(SerialPortTest, WaitsForTheByteThatCompletesTheCountOrForTheDeadline) {
     ASSERT_EQ(serial.open(), PortError::None);
     std::thread device([this] {
         line.send("1234");
@@ -186,7 +187,7 @@ TEST_F(PosixSerialTest, WaitsForTheByteThatCompletesTheCountOrForTheDeadline) {
     EXPECT_EQ(line.take(1, 50), "") << "written to a closed port";
 }
 
-TEST_F(PosixSerialTest, ADeviceThatVanishesDoesNotAnswerUntilItIsBack) {
+TEST_F(SerialPortTest, ADeviceThatVanishesDoesNotAnswerUntilItIsBack) {
     ASSERT_TRUE(serial.setSettings("19200,e,8,1"));
     ASSERT_EQ(serial.open(), PortError::None);
     ASSERT_TRUE(serial.setSettings("1200,e,8,1"));  // for a later open(), not for this line
@@ -199,7 +200,7 @@ TEST_F(PosixSerialTest, ADeviceThatVanishesDoesNotAnswerUntilItIsBack) {
     serial.readInput();
     EXPECT_TRUE(serial.isOpen());
     EXPECT_FALSE(serial.isConnected());
-    EXPECT_EQ(serial.inputHandle(), -1);
+    EXPECT_EQ(serial.systemInput(), nullptr);
     EXPECT_EQ(serial.open(), PortError::InUse);
     serial.writeOutput("lost");
     serial.waitSent();
@@ -219,7 +220,7 @@ TEST_F(PosixSerialTest, ADeviceThatVanishesDoesNotAnswerUntilItIsBack) {
     EXPECT_EQ(serial.readInput(), "reply");
 }
 
-TEST_F(PosixSerialTest, AFloodIsBoundedInSpaceAndTime) {
+TEST_F(SerialPortTest, AFloodIsBoundedInSpaceAndTime) {
     ASSERT_EQ(serial.open(), PortError::None);
     std::atomic<bool> stop = false;
     std::thread device([&] {
@@ -240,7 +241,7 @@ TEST_F(PosixSerialTest, AFloodIsBoundedInSpaceAndTime) {
     device.join();
 }
 
-TEST_F(PosixSerialTest, APeerThatNeverReadsDoesNotHoldUpTheWriter) {
+TEST_F(SerialPortTest, APeerThatNeverReadsDoesNotHoldUpTheWriter) {
     const FileDescriptor neighbour = line.openPort();
     ASSERT_EQ(serial.open(), PortError::None);
     const std::string chunk(4096, 'x');

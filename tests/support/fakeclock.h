@@ -7,9 +7,10 @@
 namespace vek {
 
 /// Time that only a test moves.
-class FakeClock {
+class FakeClock final : public PassingTime {
   public:
-    TimePoint now() const { return now_; }
+    TimePoint now() const override { return now_; }
+    void sleepUntil(TimePoint time) override { advanceTo(time); }
     void advance(Clock::duration span) { now_ += span; }
 
     /// Moves to that time; never back.

@@ -13,6 +13,7 @@
 #include "platform/controls.h"
 #include "platform/desktop.h"
 #include "platform/form.h"
+#include "platform/seams/serialcontrol.h"
 #include "program/windows.h"
 #include "support/fakeclock.h"
 
@@ -37,8 +38,10 @@ class FakeDesktop final : public Desktop {
         files;                       ///< chosen in the next file dialogs; nothing when none left
     std::function<void()> onEvents;  ///< what the user does while events are processed and input is not held
     std::function<void()> onMessageBox;  ///< what happens while a box is open
-    /// When the next byte arrives on the line; wakes waitForEvents().
-    std::function<std::optional<TimePoint>()> nextInput;
+    /// Wakes waitForEvents().
+    SerialControl* line = nullptr;
+    /// When its next byte arrives.
+    std::function<std::optional<TimePoint>()> nextInput = [] { return std::nullopt; };
 
     // What the test looks at.
 
@@ -76,10 +79,13 @@ class FakeDesktop final : public Desktop {
     }
 
     void waitForEvents(TimePoint until = TimePoint::max()) override {
+        if (line != nullptr && line->takeReceived()) {
+            until = clock_.now();
+        }
         for (const auto& [timer, due] : due_) {
             until = std::min(until, due);
         }
-        until = std::min(until, (nextInput ? nextInput() : std::nullopt).value_or(until));
+        until = std::min(until, nextInput().value_or(until));
         if (until == TimePoint::max()) {
             throw std::logic_error("a wait that nothing would end");
         }

@@ -40,6 +40,7 @@ struct TestProgram {
                    folders, locale}) {
         desktop.run(program.Timer1);
         desktop.run(program.TimeOut);
+        desktop.line = &program.RS485;
         desktop.nextInput = [this] { return serial.nextArrival(); };
     }
 

@@ -8,6 +8,7 @@
 
 #include "platform/pseudoterminal.h"
 #include "platform/seams/system.h"
+#include "platform/serialport.h"
 #include "platform/temporaryfolder.h"
 #include "screen.h"
 
@@ -75,10 +76,10 @@ TEST_F(DesktopTest, AWaitEndsWithItsTimeOrWithAByteOnTheLine) {
     const TemporaryFolder folder;
     std::filesystem::create_directory(folder.path() / "ports");
     std::filesystem::create_symlink(device.path(), folder.file("ports/com1"));
-    const auto line = systemSerialControl(folder.path().string());
-    ASSERT_TRUE(line->setPortNumber(1) && line->setSettings("9600,e,8,1"));
-    ASSERT_EQ(line->open(), PortError::None);
-    desktop.watchLine(*line);
+    SerialPort line(systemLine(folder.path().string()));
+    ASSERT_TRUE(line.setPortNumber(1) && line.setSettings("9600,e,8,1"));
+    ASSERT_EQ(line.open(), PortError::None);
+    desktop.watchLine(line);
     screen.main->Timer2.enabled = false;  // which would wake it, too
     screen.settle();
 
@@ -90,7 +91,7 @@ TEST_F(DesktopTest, AWaitEndsWithItsTimeOrWithAByteOnTheLine) {
     EXPECT_GE(waited(200ms), 190ms);
     device.send("x");
     EXPECT_LT(waited(5s), 2s);
-    line->close();
+    line.close();
 }
 
 /// The end of the program from within event loops that handlers have started.

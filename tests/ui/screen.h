@@ -27,7 +27,7 @@ void whenOpen(Look look) {
 class Screen {
   public:
     Screen() {
-        frontEnd.dispatcher().onIdle = [this] { program.windows.collect(); };
+        frontEnd.dispatcher().serve(program);
         main = &open<frmModBus>();
         QApplication::setActiveWindow(&view("frmModBus"));
     }

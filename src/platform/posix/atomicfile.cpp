@@ -1,4 +1,4 @@
-#include "platform/posix/atomicfile.h"
+#include "platform/seams/atomicfile.h"
 
 #include <fcntl.h>
 #include <sys/random.h>

@@ -58,8 +58,9 @@ std::string comDevicePath(const std::string& dataFolder, int number) {
 PortInfo comPortInfo(const std::string& dataFolder, int number) {
     PortInfo info{comDevicePath(dataFolder, number), ""};
     struct stat state {};
-    if (::stat(info.devicePath.c_str(), &state) == 0) {
-        info.group = groupName(state.st_gid);
+    if (::stat(info.device.c_str(), &state) == 0) {
+        const std::string group = groupName(state.st_gid);
+        info.permitted = group.empty() ? "" : "nur für Mitglieder der Gruppe " + group;
     }
     return info;
 }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/seams/serialcontrol.h"
+#include "platform/seams/rawline.h"
 
 namespace vek {
 

@@ -1,4 +1,4 @@
-#include "platform/posix/posixserial.h"
+#include "platform/posix/posixline.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -6,12 +6,9 @@
 #include <sys/ioctl.h>
 #include <termios.h>
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <ctime>
-#include <thread>
 #include <utility>
 
 #include "platform/posix/comports.h"
@@ -22,13 +19,8 @@ namespace vek {
 namespace {
 
 using std::chrono::duration_cast;
-using std::chrono::microseconds;
 using std::chrono::nanoseconds;
 using std::chrono::seconds;
-
-constexpr int lastPort = 16;
-constexpr std::size_t mostWaiting = 65536;
-constexpr std::size_t chunkSize = 4096;
 
 timespec timespecOf(nanoseconds span) {
     const auto whole = duration_cast<seconds>(span);
@@ -51,44 +43,14 @@ PortError claim(int device) {
 
 }  // namespace
 
-PosixSerial::PosixSerial(std::string dataFolder) : dataFolder_(std::move(dataFolder)) {}
+PosixLine::PosixLine(std::string dataFolder) : dataFolder_(std::move(dataFolder)) {}
 
-PosixSerial::~PosixSerial() {
-    disconnect();
+PosixLine::~PosixLine() {
+    close();
 }
 
-bool PosixSerial::setPortNumber(int number) {
-    if (open_ || number < 1 || number > lastPort) {
-        return false;
-    }
-    number_ = number;
-    return true;
-}
-
-bool PosixSerial::setSettings(std::string_view settings) {
-    const auto parsed = parseSerialSettings(settings);
-    settings_ = parsed.value_or(settings_);
-    return parsed.has_value();
-}
-
-PortError PosixSerial::open() {
-    if (open_) {
-        return PortError::InUse;
-    }
-    lineSettings_ = settings_;
-    const PortError error = connect();
-    open_ = error == PortError::None;
-    return error;
-}
-
-void PosixSerial::close() {
-    disconnect();
-    open_ = false;
-    received_.clear();
-}
-
-PortError PosixSerial::connect() {
-    const std::string path = comDevicePath(dataFolder_, number_);
+PortError PosixLine::open(int number, const SerialSettings& settings) {
+    const std::string path = comDevicePath(dataFolder_, number);
     FileDescriptor device(::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
     if (!device) {
         return portErrorOf(errno);
@@ -98,21 +60,23 @@ PortError PosixSerial::connect() {
         return error;
     }
     device_ = std::move(device);
-    error = applySettings(device_.get(), lineSettings_);
+    error = applySettings(device_.get(), settings);
     if (error != PortError::None) {
-        disconnect();
+        close();
         return error;
     }
+    input_.descriptor = device_.get();
+    hungUp_ = false;
     lowLatencyRaised_ = raiseLowLatency(device_.get());
     ::tcflush(device_.get(), TCIOFLUSH);
     return PortError::None;
 }
 
-void PosixSerial::disconnect() {
+void PosixLine::close() {
     if (!device_) {
         return;
     }
-    if (sendQueueCount() > 0) {
+    if (queued() > 0) {
         // The driver would hold close() until the bytes are gone, on a line that stands still for 30 seconds.
         ::tcflush(device_.get(), TCOFLUSH);
     }
@@ -124,165 +88,57 @@ void PosixSerial::disconnect() {
     device_.reset();
 }
 
-std::size_t PosixSerial::receivedCount() {
-    receiveWaiting();
-    return received_.size();
-}
-
-Bytes PosixSerial::readInput() {
-    receiveWaiting();
-    return std::exchange(received_, {});
-}
-
-/// Takes what the system has received, if there is anything. Reading an empty port costs far more than this
-/// question: the kernel then waits until its worker has handed on what is under way.
-void PosixSerial::receiveWaiting() {
+/// Asks first whether there is anything. Reading an empty port costs far more than this question: the kernel
+/// then waits until its worker has handed on what is under way.
+std::size_t PosixLine::read(std::span<char> room) {
     int count = 0;
-    const bool isEmpty = device_ && ::ioctl(device_.get(), FIONREAD, &count) == 0 && count == 0;
-    if (!isEmpty) {
-        receive();
+    if (!hungUp_ && ::ioctl(device_.get(), FIONREAD, &count) == 0 && count == 0) {
+        return 0;
     }
-}
-
-/// Takes what the system has received, as much as may wait here at most, and notices a hang-up.
-void PosixSerial::receive() {
-    std::size_t taken = 0;
-    for (std::size_t count = chunkSize; count == chunkSize && taken < mostWaiting; taken += count) {
-        count = receiveChunk();  // less than a whole one was the last: no read just to hear that
+    ssize_t result = 0;
+    do {
+        result = ::read(device_.get(), room.data(), room.size());
+    } while (result < 0 && errno == EINTR);
+    if (result > 0) {
+        return static_cast<std::size_t>(result);
     }
-}
-
-/// One read. Returns how many bytes there were; what has no room is lost. A hang-up ends the connection.
-std::size_t PosixSerial::receiveChunk() {
-    std::array<char, chunkSize> chunk;
-    while (device_) {
-        const ssize_t result = ::read(device_.get(), chunk.data(), chunk.size());
-        if (result > 0) {
-            const auto count = static_cast<std::size_t>(result);
-            received_.append(chunk.data(), std::min(count, mostWaiting - received_.size()));
-            lastArrival_ = Clock::now();
-            return count;
-        }
-        if (result < 0 && errno == EAGAIN) {
-            return 0;
-        }
-        if (result == 0 || errno != EINTR) {
-            disconnect();
-        }
+    if (result == 0 || errno != EAGAIN || hungUp_) {
+        close();
     }
     return 0;
 }
 
-void PosixSerial::writeOutput(std::string_view bytes) {
-    if (!open_) {
-        return;
+std::size_t PosixLine::write(std::string_view bytes) {
+    const ssize_t result = ::write(device_.get(), bytes.data(), bytes.size());
+    if (result > 0) {
+        return static_cast<std::size_t>(result);
     }
-    const bool wasThere = static_cast<bool>(device_);
-    if (!wasThere) {
-        connect();  // quietly: a device that is still away is one that does not answer
+    const bool fullOrInterrupted = result == 0 || errno == EAGAIN || errno == EINTR;
+    if (!fullOrInterrupted || hungUp_) {
+        close();
     }
-    if (!send(bytes) && wasThere) {
-        connect();
-        send(bytes);
-    }
+    return 0;
 }
 
-/// Sends the bytes, or as many as the line takes in their time. False when the device vanished before the
-/// first of them.
-bool PosixSerial::send(std::string_view bytes) {
-    constexpr Milliseconds grace{50};
-    const TimePoint deadline = Clock::now() + lineSettings_.byteTime() * bytes.size() + grace;
-    const std::size_t all = bytes.size();
-    while (device_ && !bytes.empty()) {
-        const ssize_t result = ::write(device_.get(), bytes.data(), bytes.size());
-        if (result > 0) {
-            bytes.remove_prefix(static_cast<std::size_t>(result));
-        } else if (result == 0 || errno == EAGAIN) {
-            if (!waitFor(POLLOUT, deadline)) {
-                return true;
-            }
-        } else if (errno != EINTR) {
-            disconnect();
-        }
-    }
-    return device_ || bytes.size() < all;
-}
-
-std::size_t PosixSerial::sendQueueCount() {
+std::size_t PosixLine::queued() {
     int count = 0;
-    const bool known = device_ && ::ioctl(device_.get(), TIOCOUTQ, &count) == 0 && count > 0;
+    const bool known = ::ioctl(device_.get(), TIOCOUTQ, &count) == 0 && count > 0;
     return known ? static_cast<std::size_t>(count) : 0;
 }
 
-void PosixSerial::waitSent() {
-    constexpr microseconds standstill = seconds{1};
-    constexpr microseconds shortest = Milliseconds{1};
-    constexpr microseconds longest = Milliseconds{50};  // soon enough to see that the device has vanished
-    const microseconds byteTime = lineSettings_.byteTime();
-    std::size_t queued = sendQueueCount();
-    TimePoint deadline = Clock::now() + byteTime * queued + standstill;
-    while (queued > 0 && Clock::now() < deadline) {
-        std::this_thread::sleep_for(std::clamp<microseconds>(byteTime * queued, shortest, longest));
-        const std::size_t left = sendQueueCount();
-        if (left < queued) {
-            deadline = Clock::now() + byteTime * left + standstill;
-        }
-        queued = left;
-    }
-}
-
-bool PosixSerial::waitReceived(std::size_t count, TimePoint deadline) {
-    receiveWaiting();
-    while (received_.size() < count) {
-        sleepWithinFrame(count - received_.size(), deadline);
-        if (!waitFor(POLLIN, deadline)) {
-            return false;
-        }
-        receive();
-    }
-    return true;
-}
-
-/// Sleeps while a frame is coming in, as long as the missing bytes take at least: each of them by itself
-/// would wake the program for nothing. The last one is left to the event wait, also when it was not noticed
-/// at once that the one before had come.
-void PosixSerial::sleepWithinFrame(std::size_t missing, TimePoint deadline) const {
-    constexpr microseconds shortest = Milliseconds{2};
-    constexpr microseconds longest = Milliseconds{50};  // soon enough to see that the device has vanished
-    const microseconds byteTime = lineSettings_.byteTime();
-    const TimePoint now = Clock::now();
-    const TimePoint due =
-        std::min(lastArrival_ + byteTime * static_cast<Clock::rep>(missing - 1), now + longest);
-    if (now - lastArrival_ < 2 * byteTime && due - now >= shortest) {
-        std::this_thread::sleep_until(std::min(due, deadline));
-    }
-}
-
-/// Sleeps until the device has one of the events, or hangs up, or until the deadline. Without a device it is
-/// the deadline. False when that has passed.
-bool PosixSerial::waitFor(short events, TimePoint deadline) {
+bool PosixLine::wait(Event event, TimePoint deadline) {
     const TimePoint now = Clock::now();
     if (deadline <= now) {
         return false;
     }
-    if (!device_) {
-        std::this_thread::sleep_until(deadline);
-        return false;
-    }
-    pollfd state{device_.get(), events, 0};
+    pollfd state{device_.get(), static_cast<short>(event == Event::Input ? POLLIN : POLLOUT), 0};
     const timespec limit = timespecOf(deadline - now);
     const int result = ::ppoll(&state, 1, &limit, nullptr);
-    const bool hungUp = (state.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0;
-    if (hungUp || (result < 0 && errno != EINTR)) {
-        while (receiveChunk() > 0) {
-            // the last bytes before it
-        }
-        disconnect();
-    }
+    hungUp_ = (state.revents & (POLLHUP | POLLERR | POLLNVAL)) != 0 || (result < 0 && errno != EINTR);
     return true;
 }
 
-PortInfo PosixSerial::portInfo(int number) const {
+PortInfo PosixLine::info(int number) const {
     return comPortInfo(dataFolder_, number);
 }
 

@@ -1,8 +1,7 @@
 #include "platform/seams/system.h"
 
 #include "platform/posix/posixfolders.h"
-#include "platform/posix/posixprofilefiles.h"
-#include "platform/posix/posixserial.h"
+#include "platform/posix/posixline.h"
 
 namespace vek {
 
@@ -10,12 +9,8 @@ std::unique_ptr<Folders> systemFolders() {
     return std::make_unique<PosixFolders>();
 }
 
-std::unique_ptr<ProfileFiles> systemProfileFiles() {
-    return std::make_unique<PosixProfileFiles>();
-}
-
-std::unique_ptr<SerialControl> systemSerialControl(const std::string& dataFolder) {
-    return std::make_unique<PosixSerial>(dataFolder);
+std::unique_ptr<RawLine> systemLine(const std::string& dataFolder) {
+    return std::make_unique<PosixLine>(dataFolder);
 }
 
 }  // namespace vek

@@ -21,7 +21,7 @@ constexpr tcflag_t frameFlags = CSIZE | PARENB | PARODD | CMSPAR | CSTOPB | CRTS
 
 /// B0 for a rate that is not in the table.
 speed_t speedOf(int baudRate) {
-    const auto* const found = std::find(baudRates.begin(), baudRates.end(), baudRate);
+    const auto found = std::find(baudRates.begin(), baudRates.end(), baudRate);
     return found == baudRates.end() ? B0 : speeds.at(static_cast<std::size_t>(found - baudRates.begin()));
 }
 

@@ -2,7 +2,7 @@
 
 #include <termios.h>
 
-#include "platform/seams/serialcontrol.h"
+#include "platform/seams/rawline.h"
 #include "platform/serialsettings.h"
 
 namespace vek {

@@ -5,27 +5,12 @@
 #include <string_view>
 
 #include "platform/clock.h"
+#include "platform/seams/rawline.h"
 
 namespace vek {
 
 /// Bytes as they go over the line; each char is one byte.
 using Bytes = std::string;
-
-/// Why a port could not be opened. Each has another cure.
-enum class PortError {
-    None,
-    NotThere,         ///< no such device, or the device is no serial port
-    InUse,            ///< another program (or another port of this one) holds it
-    NotPermitted,     ///< the user lacks the right; see PortInfo::group
-    SettingsRefused,  ///< the device did not take baud rate, parity or data bits
-    Failed,           ///< anything else the system reports
-};
-
-/// What stands behind a port number.
-struct PortInfo {
-    std::string devicePath;  ///< UTF-8; what COM n stands for, also when the device is absent
-    std::string group;       ///< group that owns the device, empty when unknown
-};
 
 /// The serial port of the program: one port at a time, one user at a time, bytes in and out.
 ///
@@ -79,9 +64,13 @@ class SerialControl {
     /// count. On a closed port it sleeps until the deadline. Returns whether the bytes are there.
     virtual bool waitReceived(std::size_t count, TimePoint deadline) = 0;
 
-    /// What the system's event wait can watch for received bytes (on POSIX a file descriptor); -1 when there
-    /// is nothing to watch: on a closed port or while the device is away.
-    virtual int inputHandle() const = 0;
+    /// Takes what the system has received; whether there was anything. Bytes that nobody has taken would wake
+    /// an event loop that watches systemInput() for ever.
+    virtual bool takeReceived() = 0;
+
+    /// What an event loop can watch for received bytes; null when there is nothing to watch: on a closed port
+    /// or while the device is away.
+    virtual const SystemInput* systemInput() const = 0;
 
     /// What COM `number` (1 to 16) stands for on this machine.
     virtual PortInfo portInfo(int number) const = 0;

@@ -4,16 +4,14 @@
 #include <string>
 
 #include "platform/seams/folders.h"
-#include "platform/seams/profilefiles.h"
-#include "platform/seams/serialcontrol.h"
+#include "platform/seams/rawline.h"
 
 namespace vek {
 
 /// The services of the system that the program is built for.
 std::unique_ptr<Folders> systemFolders();
-std::unique_ptr<ProfileFiles> systemProfileFiles();
 
 /// `dataFolder` (UTF-8) is where the user can name the devices behind port numbers.
-std::unique_ptr<SerialControl> systemSerialControl(const std::string& dataFolder);
+std::unique_ptr<RawLine> systemLine(const std::string& dataFolder);
 
 }  // namespace vek

@@ -107,6 +107,14 @@ void FrontEnd::discardAll() {
     mainWindow_ = nullptr;
 }
 
+void FrontEnd::leave() {
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget* window : windows) {
+        window->hide();
+    }
+    QCoreApplication::exit(0);
+}
+
 void FrontEnd::requestEnd() {
     if (mainWindow_ != nullptr) {
         mainWindow_->requestClose();

@@ -5,8 +5,8 @@
 #include <memory>
 #include <vector>
 
+#include "program/dispatcher.h"
 #include "program/windows.h"
-#include "ui/qt/dispatcher.h"
 #include "ui/qt/germantexts.h"
 #include "ui/qt/qtdesktop.h"
 
@@ -25,7 +25,7 @@ class FrontEnd : public FormHost {
     FrontEnd(const FrontEnd&) = delete;
     FrontEnd& operator=(const FrontEnd&) = delete;
 
-    /// Its onEnd and onIdle are to be set before exec().
+    /// To serve the program before exec().
     Dispatcher& dispatcher() { return dispatcher_; }
     QtDesktop& desktop() { return desktop_; }
 
@@ -44,9 +44,10 @@ class FrontEnd : public FormHost {
     void showChild(Form& form);
     void discardAll();
     void requestEnd();
+    static void leave();
 
     GermanTexts texts_;
-    Dispatcher dispatcher_;
+    Dispatcher dispatcher_{leave};
     QtDesktop desktop_{dispatcher_};
     std::unique_ptr<EndSignals> endSignals_;
     std::map<const Form*, FormWindow*> windows_;

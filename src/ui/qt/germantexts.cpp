@@ -80,8 +80,8 @@ constexpr Text texts[] = {
 QString GermanTexts::translate(const char* /*context*/, const char* sourceText,
                                const char* /*disambiguation*/, int /*count*/) const {
     const std::string_view source(sourceText);
-    const auto* const found = std::find_if(std::begin(texts), std::end(texts),
-                                           [source](const Text& text) { return text.source == source; });
+    const auto found = std::find_if(std::begin(texts), std::end(texts),
+                                    [source](const Text& text) { return text.source == source; });
     return found == std::end(texts) ? QString() : QString::fromUtf8(found->german);
 }
 

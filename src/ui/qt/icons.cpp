@@ -233,8 +233,8 @@ class DrawingEngine : public QIconEngine {
 };
 
 QIcon iconFor(std::string_view key) {
-    const auto* const found = std::find_if(std::begin(drawings), std::end(drawings),
-                                           [key](const Drawing& drawing) { return drawing.key == key; });
+    const auto found = std::find_if(std::begin(drawings), std::end(drawings),
+                                    [key](const Drawing& drawing) { return drawing.key == key; });
     return found == std::end(drawings) ? QIcon() : QIcon(new DrawingEngine(*found));
 }
 

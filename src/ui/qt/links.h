@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/property.h"
-#include "ui/qt/dispatcher.h"
+#include "program/dispatcher.h"
 
 namespace vek {
 

@@ -2,7 +2,9 @@
 #include <memory>
 
 #include "app/frmModBus.h"
+#include "platform/diskprofilefiles.h"
 #include "platform/seams/system.h"
+#include "platform/serialport.h"
 #include "ui/qt/frontend.h"
 
 using namespace vek;
@@ -11,12 +13,11 @@ int main(int argc, char** argv) {
     const QApplication application(argc, argv);
     FrontEnd frontEnd;
     const auto folders = systemFolders();
-    const auto profileFiles = systemProfileFiles();
-    const auto serial = systemSerialControl(folders->commonAppData().path);
-    Program program({frontEnd.desktop(), frontEnd, *serial, *profileFiles, *folders, systemNumberLocale()});
+    DiskProfileFiles profileFiles;
+    SerialPort serial(systemLine(folders->commonAppData().path));
+    Program program({frontEnd.desktop(), frontEnd, serial, profileFiles, *folders, systemNumberLocale()});
 
-    frontEnd.desktop().watchLine(*serial);
-    frontEnd.dispatcher().onEnd = [&serial] { serial->close(); };
-    frontEnd.dispatcher().onIdle = [&program] { program.windows.collect(); };
+    frontEnd.desktop().watchLine(serial);
+    frontEnd.dispatcher().serve(program);
     return frontEnd.exec([&program] { program.windows.open(std::make_unique<frmModBus>(program)); });
 }

@@ -7,14 +7,14 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSocketNotifier>
 #include <QStandardPaths>
 #include <QTime>
 #include <QTimer>
 #include <algorithm>
 #include <optional>
 
-#include "ui/qt/dispatcher.h"
+#include "program/dispatcher.h"
+#include "ui/qt/inputnotifier.h"
 #include "ui/qt/qttext.h"
 
 namespace vek {
@@ -118,10 +118,14 @@ void QtDesktop::processEvents() {
 
 void QtDesktop::waitForEvents(TimePoint until) {
     dispatcher_.throwIfEnding();
+    if (line_ != nullptr && line_->takeReceived()) {
+        processEvents();
+        return;
+    }
     // Notifier and timer only wake the wait: events without a handler.
-    std::optional<QSocketNotifier> input;
-    if (line_ != nullptr && line_->inputHandle() >= 0) {
-        input.emplace(line_->inputHandle(), QSocketNotifier::Read);
+    std::optional<InputNotifier> input;
+    if (line_ != nullptr && line_->systemInput() != nullptr) {
+        input.emplace(*line_->systemInput());
     }
     QTimer limit;
     if (until != TimePoint::max()) {

@@ -25,13 +25,13 @@ class QtDesktop : public Desktop {
     std::string timeOfDay() const override;
 
     /// The line whose bytes wake waitForEvents(); it outlives the desktop's last wait.
-    void watchLine(const SerialControl& line) { line_ = &line; }
+    void watchLine(SerialControl& line) { line_ = &line; }
 
   private:
     QEventLoop::ProcessEventsFlags handledEvents() const;
 
     const Dispatcher& dispatcher_;
-    const SerialControl* line_ = nullptr;
+    SerialControl* line_ = nullptr;
     bool inputHeld_ = false;
     QString lastFolder_;  // of the file chosen last
 };
